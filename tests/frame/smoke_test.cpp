@@ -1,0 +1,3 @@
+#include <gtest/gtest.h>
+#include <tivlib/tivlib.h>
+TEST(Smoke, Links) { SUCCEED(); }
