@@ -7,6 +7,9 @@
 TIV_BEGIN_DECLS
 
 #define CONVERT_FORMAT_MAX 15 /* characters of the format built by convert_dtos/convert_ltos */
+#define CONVERT_WIDTH_MAX 255     /* widths beyond +-255 are held at +-255 */
+#define CONVERT_PRECISION_MAX 255 /* precisions beyond 255 are held at 255 */
+#define CONVERT_OUTPUT_MAX 600    /* characters convert_dtos/convert_ltos write at most, before the nul */
 
 TIV_API int32_t convert_dtos(double value, int32_t width, int32_t precision, char *out) TIV_NOEXCEPT;
 TIV_API int32_t convert_ltos(int32_t value, int32_t width, char *out) TIV_NOEXCEPT;
