@@ -1,0 +1,132 @@
+// The machinery shared by the direct settings operations.
+#include "settings/rewrite.h"
+
+#include <cstring>
+#include <new>
+#include <string>
+
+#include <tivlib/fio.h>
+#include <tivlib/str.h>
+#include <tivlib/zv.h>
+
+#include "platform/files.h"
+
+namespace tiv::settings {
+
+int32_t ini_first_header = 1;
+
+namespace {
+constexpr const char* kDefaultFile = "zv.ini";
+constexpr std::size_t kCopyBlock = 4096;
+}  // namespace
+
+std::FILE* open_for_reading(const char* file, bool use_default) {
+  if (file != nullptr && file[0] != '\0') return platform::open_file(file, "r");
+  if (!use_default) return nullptr;
+  if (std::FILE* in = platform::open_file(kDefaultFile, "r")) return in;
+  // The variable must end in a separator: "zv.ini" is appended with nothing in between.
+  try {
+    std::string name = zv_getenv("zv", ".");
+    name += kDefaultFile;
+    return platform::open_file(name.c_str(), "r");
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+int read_line(std::FILE* in, Output* echo, char* text) {
+  if (in == nullptr) return kEnd;
+  for (;;) {
+    if (std::fgets(text, kLineMax + 1, in) == nullptr) {
+      text[0] = '\0';
+      return kEnd;
+    }
+    strip_line(text);
+    if (text[0] == '\0') continue;
+    if (text[0] == ';') {
+      if (echo != nullptr) {
+        echo->separate();
+        echo->write(text);
+      }
+      continue;
+    }
+    if (text[0] == '[') {
+      header_name_in_place(text);
+      return kHeader;
+    }
+    return kEntry;
+  }
+}
+
+int find_section(std::FILE* in, Output* echo, char* text) {
+  for (;;) {
+    const int kind = read_line(in, echo, text);
+    if (kind != kEntry) return kind;
+    if (echo != nullptr) {
+      echo->separate();
+      echo->write(text);
+    }
+    ini_first_header = 0;
+  }
+}
+
+void write_header(Output& out, const char* name) {
+  out.separate();
+  if (ini_first_header == 0)
+    out.write("\n");
+  else
+    ini_first_header = 0;
+  out.write_bracketed(name);
+}
+
+void copy_rest(Output& out, std::FILE* in) {
+  out.separate();
+  if (in == nullptr) return;
+  char block[kCopyBlock];
+  for (;;) {
+    const std::size_t n = std::fread(block, 1, sizeof block, in);
+    if (n > 0) out.write(std::string_view(block, n));
+    if (n < sizeof block) break;
+  }
+}
+
+void report_malformed(int32_t line) { zv_error(kMalformedEntry, nullptr, nullptr, "Ini", line); }
+
+Rewrite::~Rewrite() {
+  close_files();
+  if (have_tmp_) fio_purge("", tmpname_);
+}
+
+void Rewrite::close_files() {
+  if (in_ != nullptr) std::fclose(in_);
+  in_ = nullptr;
+  if (tmp_ != nullptr && std::fclose(tmp_) != 0) out_.note_failure();
+  tmp_ = nullptr;
+  out_.attach(nullptr);
+}
+
+int32_t Rewrite::begin(const char* file, bool source_required) {
+  file_ = file;
+  if (file == nullptr) return -1;
+  in_ = open_for_reading(file, false);
+  if (in_ == nullptr && source_required) return -1;
+  // The temporary file is named and placed by fio_tmpnam alone.
+  if (fio_tmpnam(tmpname_) == nullptr) return -1;
+  tmp_ = platform::open_file(tmpname_, "w");
+  if (tmp_ == nullptr) return -1;
+  have_tmp_ = true;
+  out_.attach(tmp_);
+  return 0;
+}
+
+int32_t Rewrite::commit() {
+  close_files();
+  if (!have_tmp_) return -1;
+  if (out_.failed()) return -1;  // the destructor removes the incomplete temporary file
+  const int32_t code = fio_copy("", tmpname_, "", file_);
+  if (code == 0) fio_purge("", tmpname_);
+  have_tmp_ = false;  // a temporary file left by a failed copy holds the whole new content
+  return code;
+}
+
+}  // namespace tiv::settings
