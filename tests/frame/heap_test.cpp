@@ -1,0 +1,156 @@
+// The allocators, the arena's block rules and its reports, and injected allocation failures.
+#include <tivlib/heap.h>
+#include <tivlib/str.h>
+
+#include <cstring>
+
+#include "frame/fault.h"
+#include "frame_test_util.h"
+
+namespace tiv::test {
+namespace {
+
+using Heap = InTempDir;
+
+std::string error_record(const std::string& text) {
+  // Every arena report comes from the source "Heap"; the line is not pinned here.
+  return "  " + text + "!\n\n\n\n\n";
+}
+
+bool log_has_error(const std::string& text) {
+  const std::string log = log_text();
+  return log.rfind(">ERROR   in \"Heap\" line ", 0) == 0 &&
+         log.size() > error_record(text).size() &&
+         log.compare(log.size() - error_record(text).size(), std::string::npos, error_record(text)) == 0;
+}
+
+TEST_F(Heap, SmartFreeFreesAndClearsTheVariableAndReportsANilReference) {
+  void* block = heap_malloc(16);
+  ASSERT_NE(block, nullptr);
+  heap_smart_free(&block);
+  EXPECT_EQ(block, nullptr);
+  heap_smart_free(&block);  // holds nil: nothing happens
+  EXPECT_FALSE(file_exists("zv.err"));
+  heap_smart_free(nullptr);
+  EXPECT_EQ(log_text().substr(0, 25), "> MESSAGE in \"Heap\" line ");
+  EXPECT_NE(log_text().find(":\n  heap_smart_free: NIL-reference!\n\n\n"), std::string::npos);
+  heap_free(nullptr);
+  heap_statistic();
+}
+
+TEST_F(Heap, CallocZeroesAndReallocKeepsContent) {
+  auto* p = static_cast<unsigned char*>(heap_calloc(10, 3));
+  ASSERT_NE(p, nullptr);
+  for (int i = 0; i < 30; ++i) ASSERT_EQ(p[i], 0);
+  std::memcpy(p, "abcdef", 7);
+  p = static_cast<unsigned char*>(heap_realloc(p, 4096));
+  ASSERT_NE(p, nullptr);
+  EXPECT_STREQ(reinterpret_cast<char*>(p), "abcdef");
+  heap_free(p);
+}
+
+TEST_F(Heap, ArenaRoundsCacheSizeUpToAMultipleOfEight) {
+  heap_id* id = heap_open(100, 0);
+  ASSERT_NE(id, nullptr);
+  EXPECT_NE(heap_allocate(id, 104), nullptr);  // 100 became 104
+  EXPECT_FALSE(file_exists("zv.err"));
+  EXPECT_EQ(heap_allocate(id, 105), nullptr);
+  EXPECT_TRUE(log_has_error("heap_allocate: parameter 'size' greater than cachesize"));
+  heap_close(id);
+}
+
+TEST_F(Heap, PiecesAreCutInOrderAndABlockIsNeverFilledFromTheWalk) {
+  heap_id* id = heap_open(104, 0);
+  char* first = static_cast<char*>(heap_allocate(id, 1));
+  // 104 bytes serve twelve 8-byte pieces from the walk: the thirteenth would leave 0.
+  for (int i = 1; i < 12; ++i) EXPECT_EQ(heap_allocate(id, 8), first + 8 * i) << i;
+  char* other = static_cast<char*>(heap_allocate(id, 8));
+  EXPECT_TRUE(other < first || other >= first + 104);
+  // The first block still has 8 bytes; a piece of 0 fits there and does not advance it.
+  char* zero1 = static_cast<char*>(heap_allocate(id, 0));
+  EXPECT_EQ(zero1, first + 96);
+  EXPECT_EQ(heap_allocate(id, 0), zero1);
+  EXPECT_EQ(heap_allocate(id, 3), other + 8);  // walk goes on to the second block
+  heap_deallocate(id);                         // does nothing
+  EXPECT_EQ(heap_allocate(id, 8), other + 16);
+  EXPECT_FALSE(file_exists("zv.err"));
+  heap_close(id);
+}
+
+TEST_F(Heap, PieceOfTheWholeCacheSizeTakesANewBlock) {
+  heap_id* id = heap_open(64, 0);
+  char* a = static_cast<char*>(heap_allocate(id, 64));
+  ASSERT_NE(a, nullptr);
+  // The fresh block's free of 64 is not greater than 64: a second block takes the piece.
+  EXPECT_TRUE(a < reinterpret_cast<char*>(id) || a > reinterpret_cast<char*>(id) + 96);
+  char* b = static_cast<char*>(heap_allocate(id, 8));  // block 1 still serves
+  EXPECT_TRUE(b > reinterpret_cast<char*>(id) && b < reinterpret_cast<char*>(id) + 96);
+  char* c = static_cast<char*>(heap_allocate(id, 8));  // block 2 has free 0 and is passed
+  EXPECT_EQ(c, b + 8);
+  heap_close(id);
+}
+
+TEST_F(Heap, ClearingArenaZeroesExactlyTheBytesAsked) {
+  heap_id* id = heap_open(64, 1);
+  auto* p = static_cast<unsigned char*>(heap_allocate(id, 8));
+  std::memset(p, 0xAB, 16);  // dirty this piece and the next one
+  auto* q = static_cast<unsigned char*>(heap_allocate(id, 5));
+  ASSERT_EQ(q, p + 8);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(q[i], 0) << i;
+  for (int i = 5; i < 8; ++i) EXPECT_EQ(q[i], 0xAB) << i;
+  heap_close(id);
+}
+
+TEST_F(Heap, ArenaReportsBadIdsAndSizes) {
+  EXPECT_EQ(heap_allocate(nullptr, 8), nullptr);
+  EXPECT_TRUE(log_has_error("heap_allocate: incorrect ID for this heap"));
+  heap_deallocate(nullptr);
+  EXPECT_TRUE(log_has_error("heap_deallocate: incorrect ID for this heap"));
+  heap_id* id = heap_open(16, 0);
+  EXPECT_EQ(heap_allocate(id, -8), nullptr);
+  EXPECT_TRUE(log_has_error("heap_allocate: negative parameter 'size'"));
+  EXPECT_EQ(heap_allocate(id, INT32_MAX), nullptr);
+  EXPECT_TRUE(log_has_error("heap_allocate: parameter 'size' greater than cachesize"));
+  heap_close(id);
+  heap_close(nullptr);
+  EXPECT_EQ(heap_open(-1, 0), nullptr);
+  EXPECT_TRUE(log_has_error("heap_open: out of space"));
+  EXPECT_EQ(heap_open(INT32_MAX, 0), nullptr);
+  EXPECT_TRUE(log_has_error("heap_open: out of space"));
+}
+
+#ifdef TIVLIB_FAULT_INJECTION
+
+TEST_F(Heap, InjectedFailureHitsTheNthAllocationOnce) {
+  tiv::fault::fail_allocation_at(3);
+  void* a = heap_malloc(8);
+  void* b = heap_calloc(1, 8);
+  EXPECT_FALSE(tiv::fault::allocation_failure_hit());
+  EXPECT_EQ(str_alloc("x"), nullptr);
+  EXPECT_TRUE(tiv::fault::allocation_failure_hit());
+  void* c = heap_realloc(nullptr, 8);
+  EXPECT_NE(c, nullptr);
+  heap_free(a);
+  heap_free(b);
+  heap_free(c);
+  tiv::fault::fail_allocation_at(0);
+}
+
+TEST_F(Heap, ArenaOutOfSpaceIsReportedAndTheArenaStaysUsable) {
+  tiv::fault::fail_allocation_at(1);
+  EXPECT_EQ(heap_open(32, 0), nullptr);
+  EXPECT_TRUE(log_has_error("heap_open: out of space"));
+  heap_id* id = heap_open(32, 0);
+  ASSERT_NE(id, nullptr);
+  tiv::fault::fail_allocation_at(1);
+  EXPECT_EQ(heap_allocate(id, 32), nullptr);  // needs a second block
+  EXPECT_TRUE(log_has_error("heap_allocate: out of space"));
+  EXPECT_NE(heap_allocate(id, 8), nullptr);
+  EXPECT_NE(heap_allocate(id, 32), nullptr);
+  heap_close(id);
+}
+
+#endif
+
+}  // namespace
+}  // namespace tiv::test

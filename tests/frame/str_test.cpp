@@ -1,0 +1,180 @@
+// The str_ family: exact results at the edges where it differs from the standard library.
+#include <tivlib/heap.h>
+#include <tivlib/str.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A buffer pre-filled with a marker, to see what a routine writes and what it leaves alone.
+struct Buffer {
+  char bytes[32];
+  explicit Buffer(const char* start = "") {
+    std::memset(bytes, '#', sizeof bytes);
+    std::strcpy(bytes, start);
+  }
+};
+
+TEST(StrCopy, NcpyTerminatesAndWritesNothingBehind) {
+  Buffer b;
+  EXPECT_EQ(str_ncpy(b.bytes, "abc", 10), b.bytes);
+  EXPECT_EQ(std::string(b.bytes, 6), std::string("abc\0##", 6));
+  str_ncpy(b.bytes, "abcdef", 2);
+  EXPECT_STREQ(b.bytes, "ab");
+  str_ncpy(b.bytes, "abcdef", 0);
+  EXPECT_STREQ(b.bytes, "");
+  str_ncpy(b.bytes, "abcdef", -4);
+  EXPECT_STREQ(b.bytes, "");
+}
+
+TEST(StrCopy, PcpyClipsAndEmptiesOnBadRanges) {
+  Buffer b("zzz");
+  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 1, 99), "bc");
+  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 0, 0), "a");
+  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 3, 5), "");
+  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 2, 1), "");
+  EXPECT_STREQ(str_pcpy(b.bytes, "abc", -1, 2), "");
+  EXPECT_STREQ(str_pcpy(b.bytes, "", 0, 0), "");
+}
+
+TEST(StrCopy, PcatLeavesDstAloneOnBadRanges) {
+  Buffer b("xy");
+  EXPECT_STREQ(str_pcat(b.bytes, "abc", 1, 99), "xybc");
+  for (auto [first, last] : std::vector<std::pair<int, int>>{{2, 1}, {-1, 1}, {1, -1}, {3, 5}}) {
+    Buffer c("xy");
+    str_pcat(c.bytes, "abc", first, last);
+    EXPECT_EQ(std::string(c.bytes, 4), std::string("xy\0#", 4)) << first << "," << last;
+  }
+}
+
+TEST(StrCopy, CatNcatCpyAndAlloc) {
+  Buffer b;
+  str_cpy(b.bytes, "ab");
+  str_cat(b.bytes, "cd");
+  str_ncat(b.bytes, "efgh", 2);
+  EXPECT_STREQ(b.bytes, "abcdef");
+  str_ncat(b.bytes, "xyz", -1);
+  str_ncat(b.bytes, "xyz", 0);
+  EXPECT_STREQ(b.bytes, "abcdef");
+  char* copy = str_alloc("hello");
+  ASSERT_NE(copy, nullptr);
+  EXPECT_STREQ(copy, "hello");
+  heap_free(copy);
+  EXPECT_EQ(str_alloc(nullptr), nullptr);
+}
+
+TEST(StrCompare, ExactlyMinusOneZeroOneAsUnsignedBytes) {
+  EXPECT_EQ(str_cmp("a", "z"), -1);
+  EXPECT_EQ(str_cmp("z", "a"), 1);
+  EXPECT_EQ(str_cmp("abc", "abc"), 0);
+  EXPECT_EQ(str_cmp("\xE4", "a"), 1);  // bytes above 0x7F sort behind ASCII
+  EXPECT_EQ(str_cmp("ab", "abc"), -1);
+  EXPECT_EQ(str_icmp("ABC", "abd"), -1);
+  EXPECT_EQ(str_icmp("Hello", "hELLO"), 0);
+  EXPECT_EQ(str_icmp("\xC4", "\xE4"), -1);  // no case folding beyond A to Z
+  EXPECT_EQ(str_ncmp("abcX", "abcY", 3), 0);
+  EXPECT_EQ(str_ncmp("abcX", "abcY", 4), -1);
+  EXPECT_EQ(str_ncmp("b", "a", 0), 0);
+  EXPECT_EQ(str_eq("a", "a"), 1);
+  EXPECT_EQ(str_eq("a", "A"), 0);
+  EXPECT_EQ(str_ieq("a", "A"), 1);
+  EXPECT_EQ(str_ieq("a", "b"), 0);
+}
+
+TEST(StrSearch, AddressesAndIndexes) {
+  const char* s = "abcabc";
+  EXPECT_EQ(str_len(s), 6);
+  EXPECT_EQ(str_chr(s, 'b'), s + 1);
+  EXPECT_EQ(str_rchr(s, 'b'), s + 4);
+  EXPECT_EQ(str_chr(s, 'x'), nullptr);
+  EXPECT_EQ(str_ichr(s, 'c'), 2);
+  EXPECT_EQ(str_irchr(s, 'c'), 5);
+  EXPECT_EQ(str_ichr(s, 'x'), -1);
+  EXPECT_EQ(str_pos(s, "ca"), s + 2);
+  EXPECT_EQ(str_ipos(s, "bc"), 1);
+  EXPECT_EQ(str_ipos(s, "cb"), -1);
+  EXPECT_EQ(str_pos(s, "cb"), nullptr);
+}
+
+TEST(StrShape, CaseChangesAllPlainLettersOnly) {
+  char s[] = "abc Zz \xE4\xC4 1";
+  EXPECT_STREQ(str_cap(s), "ABC ZZ \xE4\xC4 1");
+  EXPECT_STREQ(str_low(s), "abc zz \xE4\xC4 1");
+}
+
+TEST(StrShape, TrimRemovesBlanksOnlyAndMovesTheText) {
+  char s[] = "  a b  ";
+  EXPECT_EQ(str_trim(s), s);
+  EXPECT_STREQ(s, "a b");
+  char t[] = "\t a \n";
+  EXPECT_STREQ(str_trim(t), "\t a \n");
+  char u[] = "    ";
+  EXPECT_STREQ(str_trim(u), "");
+  char v[] = "  x  ";
+  EXPECT_STREQ(str_ltrim(v), "x  ");
+  char w[] = "  x  ";
+  EXPECT_STREQ(str_rtrim(w), "  x");
+}
+
+TEST(StrShape, RptClipsAt255) {
+  EXPECT_EQ(std::string(str_rpt('x', 300)), std::string(255, 'x'));
+  EXPECT_STREQ(str_rpt('-', 3), "---");
+  EXPECT_STREQ(str_rpt('-', 0), "");
+  EXPECT_STREQ(str_rpt('-', -5), "");
+  EXPECT_EQ(str_rpt('a', 1), str_rpt('b', 2));  // one static buffer
+}
+
+std::vector<std::string> all_tokens(char* s, const char* delim) {
+  std::vector<std::string> out;
+  for (char* t = str_tok(s, delim); t != nullptr; t = str_tok(nullptr, delim)) out.emplace_back(t);
+  return out;
+}
+
+TEST(StrTok, WholeStringDelimiterSkipsRunsAndMendsTheString) {
+  char s[] = "a, b, , c";
+  EXPECT_EQ(all_tokens(s, ", "), (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_STREQ(s, "a, b, , c");  // a walk run to its end leaves the text as it was
+  EXPECT_EQ(str_tok(nullptr, ", "), nullptr);  // and stays at its end
+  char t[] = ", , x, y";
+  EXPECT_EQ(all_tokens(t, ", "), (std::vector<std::string>{"x", "y"}));
+  char u[] = "a,b";
+  EXPECT_EQ(all_tokens(u, ", "), (std::vector<std::string>{"a,b"}));  // not a set of characters
+}
+
+TEST(StrTok, WalkLeftOffEarlyLeavesTheCut) {
+  char s[] = "one--two--three";
+  EXPECT_STREQ(str_tok(s, "--"), "one");
+  EXPECT_STREQ(str_tok(nullptr, "--"), "two");
+  EXPECT_EQ(std::string(s, sizeof s - 1), std::string("one--two\0-three", 15));
+  char empty[] = "";
+  EXPECT_EQ(str_tok(empty, ","), nullptr);
+}
+
+TEST(StrTok, NilDelimiterWalksNulSeparatedStrings) {
+  char list[] = "ab\0cd\0e\0";  // ends in two nul characters
+  EXPECT_EQ(all_tokens(list, nullptr), (std::vector<std::string>{"ab", "cd", "e"}));
+  EXPECT_EQ(std::string(list, sizeof list), std::string("ab\0cd\0e\0\0", 9));
+}
+
+TEST(StrTok, EmptyDelimiterGivesTheRestAsOneToken) {
+  char s[] = "a b";
+  EXPECT_EQ(all_tokens(s, ""), (std::vector<std::string>{"a b"}));
+}
+
+TEST(StrNil, NilTextsReadAsEmptyAndNilBuffersStayUntouched) {
+  EXPECT_EQ(str_len(nullptr), 0);
+  EXPECT_EQ(str_cmp(nullptr, ""), 0);
+  EXPECT_EQ(str_eq(nullptr, "a"), 0);
+  EXPECT_EQ(str_chr(nullptr, 'a'), nullptr);
+  EXPECT_EQ(str_ipos("abc", nullptr), -1);
+  EXPECT_EQ(str_cpy(nullptr, "a"), nullptr);
+  EXPECT_EQ(str_trim(nullptr), nullptr);
+  char s[4] = "ab";
+  EXPECT_STREQ(str_cat(s, nullptr), "ab");
+}
+
+}  // namespace
