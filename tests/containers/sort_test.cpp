@@ -1,0 +1,282 @@
+#include <gtest/gtest.h>
+#include <tivlib/sort.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Inputs that stress a quicksort: random with few or many distinct values, sorted, reversed,
+// all equal, organ pipe, and sizes around the insertion and ninther thresholds.
+std::vector<std::vector<int32_t>> shapes() {
+    std::vector<std::vector<int32_t>> out;
+    std::mt19937 rng(12345);
+    for (size_t n : {0u, 1u, 2u, 3u, 15u, 16u, 17u, 18u, 100u, 128u, 129u, 130u, 1000u, 20000u}) {
+        std::vector<int32_t> random(n), few(n), sorted(n), reversed(n), equal(n, 7), pipe(n);
+        for (size_t i = 0; i < n; ++i) {
+            random[i] = static_cast<int32_t>(rng());
+            few[i] = static_cast<int32_t>(rng() % 4) - 2;
+            sorted[i] = static_cast<int32_t>(i);
+            reversed[i] = static_cast<int32_t>(n - i);
+            pipe[i] = static_cast<int32_t>(i < n / 2 ? i : n - i);
+        }
+        for (auto *v : {&random, &few, &sorted, &reversed, &equal, &pipe}) out.push_back(*v);
+    }
+    return out;
+}
+
+TEST(SortVector, LongsAscendingBySignedOrder) {
+    std::vector<int32_t> v{INT32_MAX, 0, INT32_MIN, -1, 1};
+    sort_lvector(v.data(), 5);
+    EXPECT_EQ(v, (std::vector<int32_t>{INT32_MIN, -1, 0, 1, INT32_MAX}));
+    for (const auto &shape : shapes()) {
+        auto got = shape, want = shape;
+        sort_lvector(got.data(), static_cast<int32_t>(got.size()));
+        std::sort(want.begin(), want.end());
+        ASSERT_EQ(got, want) << "size " << shape.size();
+    }
+}
+
+TEST(SortVector, DoublesAscending) {
+    std::vector<double> v{2.0, -1.0, 2.0, 0.0};
+    sort_dvector(v.data(), 4);
+    EXPECT_EQ(v, (std::vector<double>{-1.0, 0.0, 2.0, 2.0}));
+    for (const auto &shape : shapes()) {
+        std::vector<double> got(shape.begin(), shape.end());
+        for (double &x : got) x /= 3.0;
+        auto want = got;
+        sort_dvector(got.data(), static_cast<int32_t>(got.size()));
+        std::sort(want.begin(), want.end());
+        ASSERT_EQ(got, want) << "size " << shape.size();
+    }
+}
+
+TEST(SortVector, CountOfZeroOrLessChangesNothing) {
+    std::vector<int32_t> v{3, 2, 1};
+    sort_lvector(v.data(), 0);
+    sort_lvector(v.data(), -3);
+    sort_lvector(nullptr, 3);
+    EXPECT_EQ(v, (std::vector<int32_t>{3, 2, 1}));
+    std::vector<double> d{3, 2, 1};
+    sort_dvector(d.data(), -1);
+    EXPECT_EQ(d, (std::vector<double>{3, 2, 1}));
+}
+
+TEST(SortVector, NanOrdersAfterEveryNumber) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    std::vector<double> v{nan, 3.0, -inf, nan, 1.0, inf, nan, -2.0};
+    sort_dvector(v.data(), static_cast<int32_t>(v.size()));
+    EXPECT_EQ(std::vector<double>(v.begin(), v.begin() + 5),
+              (std::vector<double>{-inf, -2.0, 1.0, 3.0, inf}));
+    EXPECT_TRUE(std::isnan(v[5]) && std::isnan(v[6]) && std::isnan(v[7]));
+
+    std::mt19937 rng(7);
+    std::vector<double> big(5000);
+    for (double &x : big) x = rng() % 5 == 0 ? nan : static_cast<double>(rng() % 1000);
+    const auto nans = std::count_if(big.begin(), big.end(), [](double x) { return std::isnan(x); });
+    const auto numbers = static_cast<long>(big.size()) - nans;
+    std::vector<const double *> index(big.size());
+    sort_dvector_by_index(big.data(), index.data(), static_cast<int32_t>(big.size()));
+    for (long i = 0; i < static_cast<long>(index.size()); ++i) {
+        ASSERT_EQ(std::isnan(*index[i]), i >= numbers) << i;
+        if (i > 0 && i < numbers) {
+            ASSERT_LE(*index[i - 1], *index[i]);
+        }
+    }
+    sort_dvector(big.data(), static_cast<int32_t>(big.size()));
+    EXPECT_TRUE(std::is_sorted(big.begin(), big.begin() + numbers));
+    EXPECT_TRUE(std::all_of(big.begin() + numbers, big.end(), [](double x) { return std::isnan(x); }));
+}
+
+TEST(SortVector, ByIndexLeavesTheVectorAndFillsPointers) {
+    const std::vector<double> v{3.0, 1.0, 2.0};
+    std::vector<const double *> index(3);
+    sort_dvector_by_index(v.data(), index.data(), 3);
+    EXPECT_EQ(v, (std::vector<double>{3.0, 1.0, 2.0}));
+    EXPECT_EQ(index, (std::vector<const double *>{&v[1], &v[2], &v[0]}));
+
+    for (const auto &shape : shapes()) {
+        std::vector<const int32_t *> idx(shape.size());
+        sort_lvector_by_index(shape.data(), idx.data(), static_cast<int32_t>(shape.size()));
+        std::vector<bool> seen(shape.size());
+        for (size_t i = 0; i < idx.size(); ++i) {
+            const auto at = static_cast<size_t>(idx[i] - shape.data());
+            ASSERT_LT(at, shape.size());
+            ASSERT_FALSE(seen[at]);
+            seen[at] = true;
+            if (i > 0) {
+                ASSERT_LE(*idx[i - 1], *idx[i]);
+            }
+        }
+    }
+}
+
+int32_t compare_doubles(const void *a, const void *b) {
+    const double x = *static_cast<const double *>(a), y = *static_cast<const double *>(b);
+    return x < y ? -1 : x > y ? 1 : 0;
+}
+
+// Orders records by their first 4 bytes, read byte-wise so any size and alignment works.
+int32_t compare_leading_int(const void *a, const void *b) {
+    int32_t x, y;
+    std::memcpy(&x, a, 4);
+    std::memcpy(&y, b, 4);
+    return x < y ? -1 : x > y ? 1 : 0;
+}
+
+int32_t compare_at_random(const void *, const void *) {
+    static std::mt19937 rng(99);
+    return static_cast<int32_t>(rng() % 3) - 1;
+}
+
+TEST(SortQuick, DoublesByCallerComparison) {
+    for (const auto &shape : shapes()) {
+        std::vector<double> got(shape.begin(), shape.end()), want = got;
+        sort_quick(got.data(), static_cast<uint32_t>(got.size()), sizeof(double), compare_doubles);
+        std::sort(want.begin(), want.end());
+        ASSERT_EQ(got, want);
+    }
+}
+
+// Records of several sizes, aligned and not, each carrying its key in front and a tag behind
+// that must travel with it.
+TEST(SortQuick, RecordsOfAnySizeMoveWhole) {
+    std::mt19937 rng(3);
+    for (uint32_t size : {4u, 5u, 8u, 12u, 16u, 24u, 32u, 40u, 100u}) {
+        for (size_t offset : {0u, 1u}) {
+            const size_t n = 700;
+            std::vector<unsigned char> buffer(n * size + offset);
+            unsigned char *records = buffer.data() + offset;
+            for (size_t i = 0; i < n; ++i) {
+                const int32_t key = static_cast<int32_t>(rng() % 50);
+                std::memcpy(records + i * size, &key, 4);
+                for (uint32_t b = 4; b < size; ++b) records[i * size + b] = static_cast<unsigned char>(key + b);
+            }
+            sort_quick(records, n, size, compare_leading_int);
+            for (size_t i = 0; i < n; ++i) {
+                int32_t key;
+                std::memcpy(&key, records + i * size, 4);
+                if (i > 0) {
+                    ASSERT_LE(compare_leading_int(records + (i - 1) * size, records + i * size), 0);
+                }
+                for (uint32_t b = 4; b < size; ++b)
+                    ASSERT_EQ(records[i * size + b], static_cast<unsigned char>(key + b)) << size;
+            }
+        }
+    }
+}
+
+TEST(SortQuick, InconsistentComparisonKeepsAPermutation) {
+    for (uint32_t size : {4u, 7u}) {
+        std::vector<unsigned char> v(5000 * size);
+        for (size_t i = 0; i < v.size(); ++i) v[i] = static_cast<unsigned char>(i * 31);
+        auto before = v;
+        sort_quick(v.data(), 5000, size, compare_at_random);
+        std::vector<std::string> a, b;
+        for (size_t i = 0; i < 5000; ++i) {
+            a.emplace_back(reinterpret_cast<char *>(&v[i * size]), size);
+            b.emplace_back(reinterpret_cast<char *>(&before[i * size]), size);
+        }
+        std::sort(a.begin(), a.end());
+        std::sort(b.begin(), b.end());
+        EXPECT_EQ(a, b);
+    }
+    std::vector<double> d{2, 1};
+    sort_quick(d.data(), 2, 0, compare_doubles);
+    sort_quick(d.data(), 2, 8, nullptr);
+    EXPECT_EQ(d, (std::vector<double>{2, 1}));
+}
+
+struct Item {
+    void *prev;
+    void *next;
+    int key;
+    char tag;
+};
+
+int comparisons = 0;
+// 1 for less, 2 for greater, 0 for a tie.
+int32_t compare_items(void *placed, void *placing) {
+    ++comparisons;
+    const int x = static_cast<Item *>(placed)->key, y = static_cast<Item *>(placing)->key;
+    return x < y ? 1 : x > y ? 2 : 0;
+}
+
+class SortList : public ::testing::Test {
+ protected:
+    listdescriptor list{};
+    std::vector<Item> items;
+    void make(std::initializer_list<std::pair<int, char>> keys) {
+        items.clear();
+        for (auto [k, t] : keys) items.push_back(Item{nullptr, nullptr, k, t});
+        list_init(&list);
+        for (Item &i : items) list_insert_after(&list, nullptr, &i);
+        comparisons = 0;
+    }
+    std::string tags() {
+        std::string out;
+        void *prev = nullptr;
+        for (void *e = list.first; e != nullptr; e = list_next_elem(e)) {
+            EXPECT_EQ(list_prev_elem(e), prev);
+            out += static_cast<Item *>(e)->tag;
+            prev = e;
+        }
+        EXPECT_EQ(list.last, prev);
+        EXPECT_EQ(list.count, static_cast<int32_t>(out.size()));
+        return out;
+    }
+};
+
+TEST_F(SortList, EmptyAndSingleCallNothing) {
+    make({});
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(list.count, 0);
+    EXPECT_EQ(list.first, nullptr);
+    EXPECT_EQ(list.last, nullptr);
+    make({{1, 'a'}});
+    items[0].prev = &items;  // the links are set anew
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(comparisons, 0);
+    EXPECT_EQ(items[0].prev, nullptr);
+    EXPECT_EQ(items[0].next, nullptr);
+    EXPECT_EQ(tags(), "a");
+}
+
+TEST_F(SortList, TiesComeOutReversedInBothDirections) {
+    make({{1, 'a'}, {2, 'b'}, {1, 'A'}});
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(tags(), "Aab");
+    make({{1, 'a'}, {2, 'b'}, {1, 'A'}, {2, 'B'}});
+    sort_list(&list, 0, compare_items);
+    EXPECT_EQ(tags(), "BbAa");
+}
+
+TEST_F(SortList, EveryOtherDirectionSortsDescending) {
+    for (int32_t direction : {0, 2, -1, 99}) {
+        make({{2, 'b'}, {5, 'e'}, {1, 'a'}, {4, 'd'}, {3, 'c'}});
+        sort_list(&list, direction, compare_items);
+        EXPECT_EQ(tags(), "edcba") << direction;
+    }
+    make({{2, 'b'}, {5, 'e'}, {1, 'a'}, {4, 'd'}, {3, 'c'}});
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(tags(), "abcde");
+}
+
+TEST_F(SortList, ComparisonCountsOfOrderedAndOppositeInput) {
+    make({{1, 'a'}, {2, 'b'}, {3, 'c'}, {4, 'd'}, {5, 'e'}});
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(comparisons, 10);  // already ordered: n(n-1)/2
+    make({{5, 'e'}, {4, 'd'}, {3, 'c'}, {2, 'b'}, {1, 'a'}});
+    sort_list(&list, 1, compare_items);
+    EXPECT_EQ(comparisons, 4);  // opposite order: n-1
+    EXPECT_EQ(tags(), "abcde");
+}
+
+}  // namespace
