@@ -1,0 +1,72 @@
+// Test support for the scanner: a reader over a string held in process-wide state (the reader
+// has no context argument) and a helper that collects a whole token stream.
+#pragma once
+
+#include <tivlib/scan.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tiv::test {
+
+// What the reader delivers: the bytes of text, then -1. With widen_signed, bytes of 128 and
+// above arrive as negative values, as from a reader that widens signed characters.
+struct SourceText {
+  static inline std::string text;
+  static inline size_t position = 0;
+  static inline int calls = 0;
+  static inline bool widen_signed = false;
+
+  static void set(std::string t, bool signed_bytes = false) {
+    text = std::move(t);
+    position = 0;
+    calls = 0;
+    widen_signed = signed_bytes;
+  }
+  static int32_t read() {
+    ++calls;
+    if (position >= text.size()) return -1;
+    const char c = text[position++];
+    return widen_signed ? static_cast<int32_t>(static_cast<signed char>(c))
+                        : static_cast<int32_t>(static_cast<unsigned char>(c));
+  }
+};
+
+struct Token {
+  int32_t kind;
+  std::string text;
+  int32_t lvalue;
+  int32_t status;
+  int32_t line;
+  int32_t column;
+  double dvalue;
+};
+
+// Scans text with flags (and keywords) up to and including the first end-of-input token.
+inline std::vector<Token> scan_all(const std::string& text, int32_t flags,
+                                   const char* const* keywords = nullptr) {
+  SourceText::set(text);
+  scanner* s = scan_open(&SourceText::read, flags, keywords);
+  std::vector<Token> out;
+  if (s == nullptr) return out;
+  for (int guard = 0; guard < 100000; ++guard) {
+    int32_t kind = -1;
+    scan_record r{};
+    const int32_t status = scan_token(s, &kind, &r);
+    out.push_back({kind, r.text, r.lvalue, status, r.line, r.column, r.dvalue});
+    if (kind == SCAN_T_EOF) break;
+  }
+  scan_close(s);
+  return out;
+}
+
+// Kinds and texts only, for comparing whole streams.
+using KindTexts = std::vector<std::pair<int32_t, std::string>>;
+inline KindTexts kinds_texts(const std::vector<Token>& tokens) {
+  KindTexts out;
+  for (const Token& t : tokens) out.emplace_back(t.kind, t.text);
+  return out;
+}
+
+}  // namespace tiv::test
