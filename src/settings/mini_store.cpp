@@ -1,0 +1,180 @@
+// The memory of an in-memory settings handle and the loading of sections.
+#include "settings/mini_store.h"
+
+#include <cstring>
+
+#include <tivlib/heap.h>
+#include <tivlib/str.h>
+#include <tivlib/zv.h>
+
+#include "settings/line.h"
+
+namespace tiv::settings {
+
+namespace {
+
+constexpr const char* kSource = "Mini";
+constexpr const char* kNoName = "Section's name is not defined. Description is ignored";
+
+// Splits a stripped entry line in place: name (trimmed) and value become nul-terminated texts
+// inside line. False if the line has no "=".
+bool split_in_place(char* line, char** name, char** value) {
+  char* eq = std::strchr(line, '=');
+  if (eq == nullptr) return false;
+  *eq = '\0';
+  *value = eq + 1;
+  *name = str_trim(line);
+  return true;
+}
+
+void free_entry_memory(void* element) {
+  auto* entry = static_cast<mini_entry*>(element);
+  heap_free(entry->name);
+  heap_free(entry->value);
+  heap_free(entry);
+}
+
+// Reads the entries of a section up to the next header or the end, into section (or drops
+// them when section is nil). Gives the reader's last result, with a header's name in text.
+int read_entries(mini_section* section, fio_handle* in, char* text) {
+  for (;;) {
+    const int kind = mini_read_line(in, text);
+    if (kind == kMiniEnd || kind == kMiniHeader) return kind;
+    if (kind != kMiniEntry || section == nullptr) continue;
+    char* name = nullptr;
+    char* value = nullptr;
+    if (!split_in_place(text, &name, &value)) {
+      zv_error(kMalformedEntry, nullptr, nullptr, kSource, __LINE__);
+      continue;
+    }
+    add_entry(section, name, value);
+  }
+}
+
+// Loads one section under name from the input's position; the result as read_entries.
+int load_section(mini_file* handle, fio_handle* in, const char* name, char* text) {
+  return read_entries(add_section(handle, name), in, text);
+}
+
+}  // namespace
+
+int mini_read_line(fio_handle* in, char* text) {
+  if (in == nullptr) return kMiniEnd;
+  if (fio_getstring(in, kMiniLineMax, text) != 0) return kMiniEnd;
+  strip_line(text);
+  switch (text[0]) {
+    case '\0':
+      return kMiniBlank;
+    case ';':
+      return kMiniComment;
+    case '[':
+      header_name_in_place(text);
+      return kMiniHeader;
+    default:
+      return kMiniEntry;
+  }
+}
+
+void report_no_memory(int32_t line) {
+  zv_exit("Insufficient of memory.", nullptr, nullptr, kSource, line);
+}
+
+mini_section* find_loaded(const mini_file* handle, const char* name) {
+  for (auto* s = static_cast<mini_section*>(handle->sections.first); s != nullptr; s = s->next)
+    if (str_eq(s->name, name)) return s;
+  return nullptr;
+}
+
+mini_section* find_or_load(mini_file* handle, const char* name) {
+  if (mini_section* s = find_loaded(handle, name)) return s;
+  fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
+  if (in == nullptr) return nullptr;
+  char text[kLineBuffer];
+  bool found = name[0] == '\0';  // the unnamed section needs no header
+  while (!found) {
+    const int kind = mini_read_line(in, text);
+    if (kind == kMiniEnd) break;
+    found = kind == kMiniHeader && str_eq(text, name);
+  }
+  if (found) load_section(handle, in, name, text);
+  fio_close(in);
+  return found ? find_loaded(handle, name) : nullptr;
+}
+
+mini_section* add_section(mini_file* handle, const char* name) {
+  auto* s = static_cast<mini_section*>(heap_calloc(1, sizeof(mini_section)));
+  char* copy = str_alloc(name);
+  if (s == nullptr || copy == nullptr) {
+    heap_free(s);
+    heap_free(copy);
+    report_no_memory(__LINE__);
+    return nullptr;
+  }
+  s->name = copy;
+  if (name[0] == '\0')
+    list_insert_before(&handle->sections, nullptr, s);
+  else
+    list_insert_after(&handle->sections, nullptr, s);
+  return s;
+}
+
+void free_section(mini_file* handle, mini_section* section) {
+  list_free_all(&section->entries, free_entry_memory);
+  list_delete(&handle->sections, section);
+  heap_free(section->name);
+  heap_free(section);
+}
+
+// A repeated header is not loaded a second time: its lines stay in the file, untouched by
+// updates, and the first section of the name answers every lookup. A header with an empty
+// name is reported and its lines are skipped.
+void load_all(mini_file* handle, fio_handle* in) {
+  char text[kLineBuffer];
+  int kind = load_section(handle, in, "", text);
+  while (kind == kMiniHeader) {
+    if (text[0] == '\0') {
+      zv_error(kNoName, nullptr, nullptr, kSource, __LINE__);
+      kind = read_entries(nullptr, in, text);
+    } else if (find_loaded(handle, text) != nullptr) {
+      kind = read_entries(nullptr, in, text);
+    } else {
+      char name[kLineBuffer];
+      std::strcpy(name, text);
+      kind = load_section(handle, in, name, text);
+    }
+  }
+}
+
+mini_entry* find_entry(const mini_section* section, const char* name) {
+  for (auto* e = static_cast<mini_entry*>(section->entries.first); e != nullptr; e = e->next)
+    if (str_eq(e->name, name)) return e;
+  return nullptr;
+}
+
+mini_entry* add_entry(mini_section* section, const char* name, const char* value) {
+  auto* e = static_cast<mini_entry*>(heap_calloc(1, sizeof(mini_entry)));
+  char* name_copy = str_alloc(name);
+  char* value_copy = str_alloc(value);
+  if (e == nullptr || name_copy == nullptr || value_copy == nullptr) {
+    heap_free(e);
+    heap_free(name_copy);
+    heap_free(value_copy);
+    report_no_memory(__LINE__);
+    return nullptr;
+  }
+  e->name = name_copy;
+  e->value = value_copy;
+  list_insert_after(&section->entries, nullptr, e);
+  return e;
+}
+
+void free_entry(mini_section* section, mini_entry* entry) {
+  list_delete(&section->entries, entry);
+  free_entry_memory(entry);
+}
+
+char* file_path(const mini_file* handle, char* path) {
+  return fio_makepath(path, nullptr, handle->directory, handle->name);
+}
+
+}  // namespace tiv::settings
