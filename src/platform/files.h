@@ -3,7 +3,9 @@
 // Paths inside the library have the form fio_makepath gives them: lower case, back-slashes,
 // maybe a drive ("c:\data\x.pro"). Every file the library opens or names goes through here,
 // which turns such a path into a Linux name: back-slashes become '/', a drive maps to a
-// directory, and each component is matched exactly first, then case-insensitively.
+// directory (see drives.h), and each component is matched exactly first, then
+// case-insensitively. A name with no match on disk keeps the spelling given, so a file that
+// is being created gets the name as given.
 #pragma once
 
 #include <cstddef>
@@ -13,18 +15,32 @@
 
 namespace tiv::platform {
 
-// What a name is resolved for: an existing file, or one that may be created (its last
-// component keeps the spelling given when nothing on disk matches).
+// What a name is resolved for. Both intents resolve alike: an existing file of another case
+// is found (and a file created under its name overwrites it, as on a case-insensitive file
+// system); a name without match keeps the spelling given.
 enum class Intent { existing, create };
 
-// The Linux name of a library path.
+// The Linux name of a library path. Relative paths stay relative to the process working
+// directory when they address the current drive. Gives "" only for an empty path.
 std::string real_path(std::string_view path, Intent intent = Intent::existing);
 
 // fopen on the resolved name; modes as for fopen ("r", "w", "a", "rb", "r+b", ...).
-// A 't' in the mode is accepted and dropped.
-std::FILE* open_file(const char* path, const char* mode);
+// A 't' in the mode is accepted and dropped. Nil on failure (never throws).
+std::FILE* open_file(const char* path, const char* mode) noexcept;
 
 // fread for text streams: CR LF arrives as a single LF. Gives the number of bytes delivered.
-std::size_t read_text(std::FILE* stream, char* buffer, std::size_t size);
+std::size_t read_text(std::FILE* stream, char* buffer, std::size_t size) noexcept;
+
+// One character of a text stream: CR LF arrives as a single LF, a lone CR stays CR.
+// EOF at the end of the file. Uses the unlocked stdio forms: one caller per stream.
+inline int get_text_char(std::FILE* stream) noexcept {
+  int c = getc_unlocked(stream);
+  if (c == '\r') {
+    const int d = getc_unlocked(stream);
+    if (d == '\n') return '\n';
+    if (d != EOF) std::ungetc(d, stream);
+  }
+  return c;
+}
 
 }  // namespace tiv::platform

@@ -1,0 +1,113 @@
+// Path composition: joints, priorities, case and separators, limits, 8.3 names, extensions.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <tivlib/fio.h>
+
+namespace {
+
+std::string make(const char* host, const char* dir, const char* name) {
+  char out[FIO_PATH_BUFFER + 16];
+  std::fill(std::begin(out), std::end(out), '#');
+  EXPECT_EQ(fio_makepath(out, host, dir, name), out);
+  return out;
+}
+
+TEST(Makepath, JoinsLowerCasesAndTurnsSeparators) {
+  EXPECT_EQ(make(nullptr, "c:\\Data", "Name.TXT"), "c:\\data\\name.txt");
+  EXPECT_EQ(make(nullptr, "c:/Data/", "Name.TXT"), "c:\\data\\name.txt");
+  EXPECT_EQ(make(nullptr, "c:\\a\\", "\\b"), "c:\\a\\b");
+  EXPECT_EQ(make("c:", "\\x", nullptr), "c:\\x");
+  EXPECT_EQ(make("c:", "x", nullptr), "c:x");
+  EXPECT_EQ(make(nullptr, "a", nullptr), "a");
+  EXPECT_EQ(make(nullptr, nullptr, nullptr), "");
+  EXPECT_EQ(make("", "", ""), "");
+  EXPECT_EQ(make("d:\\root", "sub", "f"), "d:\\root\\sub\\f");
+  EXPECT_EQ(make(nullptr, "a\\", "b\\c.d"), "a\\b\\c.d");
+}
+
+TEST(Makepath, LaterArgumentsWin) {
+  EXPECT_EQ(make("e:", "c:\\dir", "d:\\x.y"), "d:\\x.y");
+  EXPECT_EQ(make("e:", "c:\\dir", "x.y"), "c:\\dir\\x.y");
+  EXPECT_EQ(make("e:", "\\dir", "x.y"), "e:\\dir\\x.y");
+}
+
+TEST(Makepath, NilOutGivesNilAndOutMayAliasAnArgument) {
+  EXPECT_EQ(fio_makepath(nullptr, "c:", "a", "b"), nullptr);
+  char buffer[FIO_PATH_BUFFER] = "Some\\Dir";
+  EXPECT_STREQ(fio_makepath(buffer, nullptr, buffer, "File"), "some\\dir\\file");
+  char name[FIO_PATH_BUFFER] = "Leaf.X";
+  EXPECT_STREQ(fio_makepath(name, "c:", "\\top", name), "c:\\top\\leaf.x");
+}
+
+TEST(Makepath, LongPartsAreCutWithinTheBuffer) {
+  std::string dir;
+  while (dir.size() < 300) dir += "ABCDEFGHI\\";
+  const std::string name(120, 'n');
+  const std::string out = make(nullptr, dir.c_str(), name.c_str());
+  EXPECT_EQ(out.size(), 255u);
+  EXPECT_EQ(out.substr(0, 10), "abcdefghi\\");
+  // A last component without separator is a name part too, cut to 79 characters.
+  EXPECT_EQ(make(nullptr, std::string(300, 'D').c_str(), "x"), std::string(79, 'd') + "\\x");
+  // A name part holds at most 79 characters.
+  EXPECT_EQ(make(nullptr, "c:\\", name.c_str()), "c:\\" + std::string(79, 'n'));
+}
+
+TEST(Makepath, EveryByteValueIsSafe) {
+  std::string all;
+  for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
+  const std::string out = make(nullptr, all.c_str(), all.c_str());
+  EXPECT_LE(out.size(), 255u);
+  EXPECT_EQ(out.find('/'), std::string::npos);
+  for (char c : out) EXPECT_FALSE(c >= 'A' && c <= 'Z');
+}
+
+TEST(Divide, SplitsHostDirectoryAndName) {
+  char host[3], dir[FIO_PATH_BUFFER], name[FIO_PATH_BUFFER];
+  EXPECT_EQ(fio_divide("c:\\a\\b.txt", host, dir, name), 0);
+  EXPECT_STREQ(host, "c:");
+  EXPECT_STREQ(dir, "\\a\\");
+  EXPECT_STREQ(name, "b.txt");
+  EXPECT_EQ(fio_divide("b", host, dir, name), 0);
+  EXPECT_STREQ(host, "");
+  EXPECT_STREQ(dir, "");
+  EXPECT_STREQ(name, "b");
+  EXPECT_EQ(fio_divide("x/y\\z/", nullptr, dir, name), 0);
+  EXPECT_STREQ(dir, "x/y\\z/");
+  EXPECT_STREQ(name, "");
+  const std::string deep = "c:" + std::string(400, '\\');
+  EXPECT_EQ(fio_divide(deep.c_str(), host, dir, name), 0);
+  EXPECT_EQ(std::string(dir).size(), 255u);
+}
+
+TEST(TestFilename, EightDotThreeRule) {
+  EXPECT_EQ(fio_test_filename("autoexec.bat"), 0);
+  EXPECT_EQ(fio_test_filename("autoexec1.bat"), 1);
+  EXPECT_EQ(fio_test_filename("a.batx"), 1);
+  EXPECT_EQ(fio_test_filename("a b.txt"), 1);
+  EXPECT_EQ(fio_test_filename("*.*"), 2);
+  EXPECT_EQ(fio_test_filename("a?.txt"), 2);
+  EXPECT_EQ(fio_test_filename("a.b.c"), 1);
+  EXPECT_EQ(fio_test_filename("name."), 0);
+  EXPECT_EQ(fio_test_filename(".ext"), 0);
+  EXPECT_EQ(fio_test_filename(""), 1);
+  EXPECT_EQ(fio_test_filename("\xe4\xf6\xfc.\xdf"), 0);
+  for (char bad : std::string(" \"+,/:;<=>[\\]^|")) {
+    const char name[] = {'a', bad, '\0'};
+    EXPECT_EQ(fio_test_filename(name), 1) << bad;
+    const char ext[] = {'a', '.', bad, '\0'};
+    EXPECT_EQ(fio_test_filename(ext), 1) << bad;
+  }
+}
+
+TEST(ExtentionPos, LastDotFromIndexOne) {
+  EXPECT_EQ(fio_get_extention_pos("a.b"), 1);
+  EXPECT_EQ(fio_get_extention_pos("a.b.c"), 3);
+  EXPECT_EQ(fio_get_extention_pos(".abc"), -1);
+  EXPECT_EQ(fio_get_extention_pos("abc"), -1);
+  EXPECT_EQ(fio_get_extention_pos(""), -1);
+  EXPECT_EQ(fio_get_extention_pos("d.x\\name"), 1);
+}
+
+}  // namespace
