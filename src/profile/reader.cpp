@@ -1,0 +1,242 @@
+// The streaming reader: read window, advances, tokens, page bookkeeping.
+#include "profile/reader.h"
+
+#include <array>
+#include <cstring>
+
+namespace tiv::profile {
+namespace {
+
+constexpr int kEnd = -1;
+
+// Bytes that end a plain run inside a token: the separators, CR (which may be half of a line
+// end) and 255 (which reads as the end of the file).
+constexpr std::array<bool, 256> kPlain = [] {
+  std::array<bool, 256> t{};
+  for (int b = 0; b < 256; ++b) t[b] = true;
+  t[' '] = t['\t'] = t['\n'] = t['\r'] = t[255] = false;
+  return t;
+}();
+
+constexpr bool is_separator(int c) { return c == ' ' || c == '\t' || c == '\n'; }
+
+// A byte as the signed character that `current` keeps: 255 becomes -1.
+constexpr int32_t as_signed(int b) { return b == kEnd ? kEnd : static_cast<int32_t>(static_cast<signed char>(b)); }
+
+// Pulls the next block into the window. Only called when the window is used up.
+bool refill(profil_handle& h) {
+  Window& w = h.window;
+  w.origin += w.filled;
+  w.next = 0;
+  w.filled = 0;
+  const int32_t got = fio_read_to_buf(w.bytes, 1, kWindowSize, h.file);
+  if (got <= 0) return false;
+  w.filled = got;
+  return true;
+}
+
+// Next byte of the file (0..255) with CR LF read as LF, or kEnd.
+int fetch(profil_handle& h) {
+  Window& w = h.window;
+  if (w.next >= w.filled && !refill(h)) return kEnd;
+  const unsigned char b = w.bytes[w.next++];
+  if (b != '\r') return b;
+  if (w.next >= w.filled && !refill(h)) return b;
+  if (w.bytes[w.next] == '\n') {
+    ++w.next;
+    return '\n';
+  }
+  return b;
+}
+
+// A line has ended and the reader stands behind it: count it, and remember where the next line
+// starts.
+void note_line_end(profil_handle& h) {
+  ++h.line;
+  if (h.line >= kPageLines) {
+    ++h.page;
+    h.line = 0;
+    h.line_offsets[0] = position(h);
+    for (int k = 1; k < kPageLines; ++k) h.line_offsets[k] = -1;
+  } else if (h.line_offsets[h.line] == -1) {
+    h.line_offsets[h.line] = position(h);
+  }
+}
+
+// Index of the first LF or 255 in the unread part of the window, or `filled` if there is none.
+int32_t find_line_stop(const Window& w) {
+  const unsigned char* from = w.bytes + w.next;
+  const auto length = static_cast<size_t>(w.filled - w.next);
+  const void* lf = std::memchr(from, '\n', length);
+  const size_t upto = lf ? static_cast<size_t>(static_cast<const unsigned char*>(lf) - from) : length;
+  const void* ff = std::memchr(from, 255, upto);
+  if (ff) return static_cast<int32_t>(static_cast<const unsigned char*>(ff) - w.bytes);
+  return w.next + static_cast<int32_t>(upto);
+}
+
+// Token body, shared by read_token and skip_token. `current` is the token's first character.
+// Plain runs are taken straight from the window; everything else goes through the tracked
+// advance.
+template <bool Keep>
+int token_body(profil_handle& h, char* out) {
+  int kept = 0;
+  Window& w = h.window;
+  for (;;) {
+    if constexpr (Keep) {
+      if (kept < kFieldMax) out[kept++] = static_cast<char>(h.current);
+    }
+    int32_t run = w.next;
+    while (run < w.filled && kPlain[w.bytes[run]]) ++run;
+    if (run > w.next) {
+      if constexpr (Keep) {
+        const int room = kFieldMax - kept;
+        const int take = run - w.next < room ? run - w.next : room;
+        if (take > 0) {
+          std::memcpy(out + kept, w.bytes + w.next, static_cast<size_t>(take));
+          kept += take;
+        }
+      }
+      h.current = as_signed(w.bytes[run - 1]);
+      w.next = run;
+    }
+    tracked_advance(h);
+    if (is_separator(h.current) || h.current == kEnd) break;
+  }
+  if constexpr (Keep) out[kept] = '\0';
+  return kept;
+}
+
+// Passes separators before a token. Gives false at the end of the file.
+bool skip_separators(profil_handle& h) {
+  while (is_separator(h.current)) tracked_advance(h);
+  return h.current != kEnd;
+}
+
+// Raw-advances past the next line end. Gives false if the file ends first.
+bool pass_line_end_raw(profil_handle& h) {
+  Window& w = h.window;
+  for (;;) {
+    if (h.current == kEnd) return false;
+    if (w.next < w.filled) {
+      const int32_t stop = find_line_stop(w);
+      if (stop < w.filled) {
+        w.next = stop;  // the stop byte itself goes through fetch below
+      } else {
+        w.next = w.filled;
+      }
+    }
+    raw_advance(h);
+    if (h.current == '\n') return true;
+  }
+}
+
+}  // namespace
+
+int32_t position(const profil_handle& h) { return h.window.origin + h.window.next; }
+
+void seek(profil_handle& h, int32_t offset) {
+  Window& w = h.window;
+  if (offset >= w.origin && offset <= w.origin + w.filled) {
+    w.next = offset - w.origin;
+    return;
+  }
+  if (fio_seek(h.file, offset, 0) != 0) {
+    // The stream stays where it was; an empty window at that place keeps the invariant.
+    w.origin += w.filled;
+    w.next = w.filled = 0;
+    return;
+  }
+  w.origin = offset;
+  w.next = w.filled = 0;
+}
+
+void raw_advance(profil_handle& h) {
+  if (h.current == kEnd) return;
+  h.current = as_signed(fetch(h));
+}
+
+void tracked_advance(profil_handle& h) {
+  const int32_t old = h.current;
+  if (old == kEnd) return;
+  h.current = as_signed(fetch(h));
+  if (old == '\n' || (h.current != '\n' && h.current != kEnd)) return;
+  note_line_end(h);
+}
+
+void rewind(profil_handle& h) {
+  seek(h, h.data_start);
+  h.current = ' ';
+  h.page = 0;
+  h.line = 0;
+  h.line_offsets[0] = h.data_start;
+  for (int k = 1; k < kPageLines; ++k) h.line_offsets[k] = -1;
+}
+
+int read_token(profil_handle& h, char* out) {
+  if (!skip_separators(h)) {
+    out[0] = '\0';
+    return 0;
+  }
+  return token_body<true>(h, out);
+}
+
+bool skip_token(profil_handle& h) {
+  if (!skip_separators(h)) return false;
+  token_body<false>(h, nullptr);
+  return true;
+}
+
+void skip_line(profil_handle& h) {
+  Window& w = h.window;
+  while (h.current != '\n' && h.current != kEnd) {
+    // Every byte before the stop is neither LF nor 255, so landing on the stop through the
+    // tracked advance counts the line end exactly as a byte-by-byte walk would.
+    if (w.next < w.filled) w.next = find_line_stop(w);
+    tracked_advance(h);
+  }
+  tracked_advance(h);
+}
+
+void rebuild_page(profil_handle& h, int32_t p, int32_t i) {
+  h.current = ' ';
+  seek(h, h.data_start);
+  const int64_t line_ends = static_cast<int64_t>(p) * kPageLines;
+  for (int64_t n = 0; n < line_ends; ++n)
+    if (!pass_line_end_raw(h)) break;
+  h.page = p;
+  h.line = i;
+  h.line_offsets[0] = position(h);
+  for (int32_t k = 1; k <= i && k < kPageLines; ++k) {
+    pass_line_end_raw(h);
+    h.line_offsets[k] = position(h);
+  }
+  for (int32_t k = i; k < kPageLines; ++k) h.line_offsets[k] = -1;
+  // The line the reader stands at is the one we came for; keep its start all the same, so
+  // that a later step back to it is a seek.
+  if (i >= 0 && i < kPageLines) h.line_offsets[i] = position(h);
+  h.current = ' ';
+}
+
+bool step_back(profil_handle& h) {
+  h.line -= 2;
+  if (h.line >= 0) {
+    const int32_t start = h.line_offsets[h.line];
+    if (start >= 0) {
+      seek(h, start);
+    } else {
+      // Rows that spread over several lines can leave the wanted start unknown.
+      rebuild_page(h, h.page, h.line);
+    }
+  } else if (h.page >= 1) {
+    rebuild_page(h, h.page - 1, h.line + kPageLines);
+  } else {
+    seek(h, h.data_start);
+    h.line = 0;
+    h.current = ' ';
+    return false;
+  }
+  h.current = ' ';
+  return true;
+}
+
+}  // namespace tiv::profile
