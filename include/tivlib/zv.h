@@ -44,10 +44,12 @@ TIV_API int32_t zv_suche_pfad(const char *section, const char *entry, char *out)
 
 /* Linux extensions (not part of the original interface).
  *
- * There is no window system: by default a message box writes "caption: text" as one line to
- * standard error and returns at once. A host may install its own handler (nil restores the
- * default). The quit request of zv_exit sets a flag that the host reads and clears. A beep
- * does nothing unless the host installs a handler. */
+ * There is no window system: by default a message box writes its caption and text, trimmed
+ * and with line ends turned into blanks, as one line to standard error and returns at once.
+ * A host may install its own handler, which gets caption and text as they are (nil restores
+ * the default). The quit request of zv_exit sets a flag that the host reads with
+ * zv_quit_requested and clears with zv_clear_quit_request. A beep does nothing unless the
+ * host installs a handler. */
 typedef void (*zv_message_box_fn)(const char *caption, const char *text, intptr_t user);
 typedef void (*zv_beep_fn)(intptr_t user);
 TIV_API void zv_set_message_box_handler(zv_message_box_fn handler, intptr_t user) TIV_NOEXCEPT;
