@@ -1,0 +1,163 @@
+// The name lookup of profil_get: kind and size matching, field values, bad input.
+#include <gtest/gtest.h>
+
+#include <tivlib/profil.h>
+
+#include <filesystem>
+#include <string>
+
+#include "catalogue_fixture.h"
+
+namespace {
+
+using tiv::test::Catalogue;
+
+class Lookup : public Catalogue {
+ protected:
+  // The result text of profil_get, or "-1".
+  std::string get(profil_handle* h, const char* query) {
+    char result[PROFIL_RESULT_SIZE] = "";
+    return profil_get(h, query, values_, result) == 0 ? result : "-1";
+  }
+  double values_[4] = {};
+};
+
+const char* const kSizes =
+    "Kind Size A\n"
+    "HEB 100 1\n"
+    "HEB 120 2\n"
+    "HEB 140 3\n"
+    "FL 100x50 4\n"
+    "FL 100X60 5\n"
+    "FL 100/50 6\n";
+
+TEST_F(Lookup, PlainNumberMeansAtLeastParenthesesMeanExactly) {
+  profil_handle* h = open("a.pro", kSizes);
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, "HEB110"), "HEB 120");
+  EXPECT_EQ(values_[0], 2.0);
+  EXPECT_EQ(get(h, "HEB 140"), "HEB 140");
+  EXPECT_EQ(get(h, "HEB150"), "-1");
+  EXPECT_EQ(values_[0], -1.0);
+  EXPECT_EQ(get(h, "HEB(110)"), "-1");
+  EXPECT_EQ(get(h, "HEB(120)"), "HEB 120");
+}
+
+TEST_F(Lookup, KindIgnoresLetterCaseBlanksAndMustBeWhole) {
+  profil_handle* h = open("a.pro", kSizes);
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, " h e b\t1 2 0 "), "HEB 120");
+  EXPECT_EQ(get(h, "heb"), "HEB 100");
+  EXPECT_EQ(get(h, "HE"), "-1");     // part of a kind
+  EXPECT_EQ(get(h, "HEBB"), "-1");   // stops at a letter that differs
+  EXPECT_EQ(get(h, "130"), "HEB 140");  // a number alone: any kind
+  EXPECT_EQ(get(h, ""), "HEB 100");
+}
+
+TEST_F(Lookup, SeparatedSizes) {
+  profil_handle* h = open("a.pro", "Kind Size A\nFL 100x50 4\nFL 100X60 5\nFL 100/50 6\n");
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, "100"), "FL 100x50");
+  EXPECT_EQ(get(h, "100x50"), "FL 100x50");
+  EXPECT_EQ(get(h, "FL90x40"), "FL 100x50");
+  EXPECT_EQ(get(h, "x50"), "FL 100x50");
+  EXPECT_EQ(get(h, "100x60"), "-1");  // x does not match X
+  EXPECT_EQ(get(h, "100X60"), "FL 100X60");
+  EXPECT_EQ(get(h, "100/50"), "FL 100/50");
+  EXPECT_EQ(get(h, "(100)/(50)"), "FL 100/50");
+  EXPECT_EQ(get(h, "(100/50)"), "FL 100/50");
+  EXPECT_EQ(get(h, "(100x5)"), "-1");
+  EXPECT_EQ(get(h, "100x50?"), "-1");  // anything else behind a size fails
+}
+
+TEST_F(Lookup, SizeNumbersWithFractionsAndExponents) {
+  profil_handle* h = open("a.pro", "Kind Size A\nCHS 48.3x3.2 1\nCHS 1e3 2\nX abc 3\n");
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, "CHS(48.3)x(3.2)"), "CHS 48.3x3.2");
+  EXPECT_EQ(get(h, "(e3)"), "CHS 1e3");
+  EXPECT_EQ(get(h, "CHS 999.5"), "CHS 1e3");
+  EXPECT_EQ(get(h, "X"), "-1");  // a size that is no number never matches
+}
+
+TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {
+  const double factors[] = {0.01, 1.0};
+  profil_handle* h = open("a.pro", "Kind Size iy B\nAB 1 nil junk\n", {"iy", "B"}, factors);
+  ASSERT_NE(h, nullptr);
+  ASSERT_EQ(get(h, ""), "AB 1");
+  EXPECT_DOUBLE_EQ(values_[0], -0.01);
+  EXPECT_EQ(values_[1], 0.0);
+}
+
+TEST_F(Lookup, RaggedRowsAreTakenByFieldCount) {
+  // The first row lacks a field and takes it from the next line.
+  profil_handle* h = open("a.pro", "Kind Size A B\nAB 1 10\nAB 2 20 21\n\n\nAB 3 30 31", {"A", "B"});
+  ASSERT_NE(h, nullptr);
+  char result[PROFIL_RESULT_SIZE];
+  ASSERT_EQ(profil_next(h, values_, result), 0);
+  EXPECT_STREQ(result, "AB 1");
+  EXPECT_EQ(values_[1], 0.0);  // B took "AB" of the next line, which converts to 0
+  ASSERT_EQ(profil_next(h, values_, result), 0);
+  EXPECT_STREQ(result, "2 20");
+  // The last line has no line end and is found all the same.
+  EXPECT_EQ(get(h, "3"), "AB 3");
+  EXPECT_EQ(values_[1], 31.0);
+}
+
+TEST_F(Lookup, EndOfFileInsideRowReadsMissingFieldsAsZero) {
+  profil_handle* h = open("a.pro", "Kind Size A B\nAB 1 5", {"A", "B"});
+  ASSERT_NE(h, nullptr);
+  ASSERT_EQ(get(h, ""), "AB 1");
+  EXPECT_EQ(values_[0], 5.0);
+  EXPECT_EQ(values_[1], 0.0);
+  EXPECT_EQ(get(h, "2"), "-1");  // an unmatched last line without line end
+}
+
+TEST_F(Lookup, LongFieldsAreCutAndLongLinesAreSkipped) {
+  const std::string kind(200, 'K');
+  const std::string huge(100000, '7');
+  profil_handle* h = open("a.pro", "Kind Size A\n" + kind + " 1 " + huge + "\nAB 2 3\n");
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, "AB"), "AB 2");
+  EXPECT_EQ(values_[0], 3.0);
+  EXPECT_EQ(get(h, "1"), std::string(79, 'K') + " 1");
+  EXPECT_EQ(values_[0], 7777777777777777777777777777777777777777777777777777777777777777777777777777777.0);
+}
+
+TEST_F(Lookup, LongQueryIsCutAndNilArgumentsFail) {
+  profil_handle* h = open("a.pro", kSizes);
+  ASSERT_NE(h, nullptr);
+  // The first 79 characters count: the size 120 followed by a long tail of blanks and junk.
+  const std::string query = "HEB120" + std::string(73, ' ') + "junk";
+  EXPECT_EQ(get(h, query.c_str()), "HEB 120");
+  EXPECT_EQ(get(h, nullptr), "-1");
+  EXPECT_EQ(profil_get(nullptr, "HEB", values_, nullptr), -1);
+}
+
+TEST_F(Lookup, ByteFFEndsTheFile) {
+  profil_handle* h = open("a.pro", "Kind Size A\nAB 1 1\n\xff" "AB 2 2\n");
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(get(h, "AB1"), "AB 1");
+  EXPECT_EQ(get(h, "AB2"), "-1");
+}
+
+TEST_F(Lookup, SampleCatalogueIpe) {
+  const std::string samples = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "examples" / "catalog";
+  profil_path(samples.c_str());
+  const char* items[] = {"h", "A", "Iy", "Wz", nullptr};
+  double f[4];
+  profil_get_factors(items, f);
+  char name[] = "ipe";
+  profil_handle* h = profil_open(name, items, f);
+  ASSERT_NE(h, nullptr);
+  double v[4];
+  char result[PROFIL_RESULT_SIZE];
+  ASSERT_EQ(profil_get(h, "ipe 210", v, result), 0);
+  EXPECT_STREQ(result, "IPE 220");
+  EXPECT_DOUBLE_EQ(v[0], 0.22);
+  EXPECT_DOUBLE_EQ(v[1], 33.4e-4);
+  EXPECT_DOUBLE_EQ(v[2], 2772e-8);
+  EXPECT_DOUBLE_EQ(v[3], 37.3e-6);
+  profil_close(h);
+}
+
+}  // namespace
