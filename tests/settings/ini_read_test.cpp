@@ -1,0 +1,216 @@
+// Reads of settings files: names, values, limits, lists and the default file.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include <tivlib/ini.h>
+
+#include "settings_test_util.h"
+
+namespace {
+
+using tiv::test::kMalformedRecord;
+using tiv::test::log_text;
+using tiv::test::write_file;
+
+class IniRead : public tiv::test::SettingsDir {};
+
+TEST_F(IniRead, HeaderIsTrimmedAndValueKeepsItsBlanks) {
+  write_file("a.ini", "[ Abc ] trailing\n a = 5\n");
+  char buf[32] = "untouched";
+  int32_t size = 31;
+  EXPECT_EQ(ini_read_string("a.ini", "Abc", "a", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, " 5");
+  EXPECT_EQ(size, 31);
+  int32_t v = 0;
+  EXPECT_EQ(ini_read_long("a.ini", "Abc", "a", &v), INI_OK);
+  EXPECT_EQ(v, 5);
+
+  // Names are case-sensitive, and the section argument is compared untrimmed.
+  std::strcpy(buf, "untouched");
+  EXPECT_EQ(ini_read_string("a.ini", "abc", "a", buf, &size), INI_NO_SECTION);
+  EXPECT_EQ(ini_read_string("a.ini", " Abc ", "a", buf, &size), INI_NO_SECTION);
+  EXPECT_EQ(ini_read_string("a.ini", "Abc", "A", buf, &size), INI_NO_ENTRY);
+  EXPECT_STREQ(buf, "untouched");
+  v = 9;
+  EXPECT_EQ(ini_read_long("a.ini", "Abc", "b", &v), INI_NO_ENTRY);
+  EXPECT_EQ(v, 9);
+  EXPECT_EQ(log_text(), "");
+}
+
+TEST_F(IniRead, OnlyTheFirstOfRepeatedSectionsIsSearched) {
+  write_file("a.ini", "[Abc]\nx=1\n[Abc]\ny=2\nx=3\n");
+  char buf[8];
+  int32_t size = 7;
+  EXPECT_EQ(ini_read_string("a.ini", "Abc", "y", buf, &size), INI_NO_ENTRY);
+  EXPECT_EQ(ini_read_string("a.ini", "Abc", "x", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "1");
+}
+
+TEST_F(IniRead, UnnamedSectionAndMissingFile) {
+  write_file("a.ini", "; c\nk=v\n[s]\nk=w\n");
+  char buf[8];
+  int32_t size = 7;
+  EXPECT_EQ(ini_read_string("a.ini", nullptr, "k", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "v");
+  EXPECT_EQ(ini_read_string("a.ini", "   ", "k", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "v");
+  EXPECT_EQ(ini_read_string("missing.ini", "s", "k", buf, &size), INI_ERROR);
+}
+
+TEST_F(IniRead, ValueAgainstBufferSize) {
+  write_file("a.ini", "[s]\ne=abcd\n");
+  char buf[8];
+  std::memset(buf, 'x', sizeof buf);
+  int32_t size = 4;
+  EXPECT_EQ(ini_read_string("a.ini", "s", "e", buf, &size), INI_OK);
+  EXPECT_EQ(std::string(buf, 6), std::string("abcd\0x", 6));
+  EXPECT_EQ(size, 4);
+  size = 3;
+  EXPECT_EQ(ini_read_string("a.ini", "s", "e", buf, &size), INI_TOO_SMALL);
+  EXPECT_STREQ(buf, "abc");
+  EXPECT_EQ(size, 3);
+  EXPECT_EQ(ini_read_string("a.ini", "s", "e", nullptr, &size), INI_TOO_SMALL);
+}
+
+TEST_F(IniRead, EmptyValueIsFound) {
+  write_file("a.ini", "[s]\ne=\n");
+  char buf[8] = "x";
+  int32_t size = 7;
+  EXPECT_EQ(ini_read_string("a.ini", "s", "e", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "");
+  int32_t v = 7;
+  EXPECT_EQ(ini_read_long("a.ini", "s", "e", &v), INI_OK);
+  EXPECT_EQ(v, 0);
+  int32_t values[2];
+  int32_t count = 2;
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "e", values, &count), INI_OK);
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(IniRead, ListsOfEntryNames) {
+  write_file("a.ini", "[s]\nabc=1\nbroken\nde = 2\n[t]\nz=1\n");
+  char buf[16];
+  std::memset(buf, 'x', sizeof buf);
+  int32_t size = 16;
+  EXPECT_EQ(ini_read_string("a.ini", "s", nullptr, buf, &size), INI_OK);
+  EXPECT_EQ(size, 7);
+  EXPECT_EQ(std::string(buf, 9), std::string("abc\0de\0\0x", 9));
+  EXPECT_EQ(log_text(), kMalformedRecord);
+
+  // A list that doesn't fit: the last name is cut and the list closed.
+  std::memset(buf, 'x', sizeof buf);
+  size = 7;
+  EXPECT_EQ(ini_read_string("a.ini", "s", nullptr, buf, &size), INI_TOO_SMALL);
+  EXPECT_EQ(size, 6);
+  EXPECT_EQ(std::string(buf, 8), std::string("abc\0d\0\0x", 8));
+}
+
+TEST_F(IniRead, NumberLists) {
+  write_file("a.ini", "[s]\na=1,,3\nb=1,2,\nc=1.5, 2e1,x\nd=1,2,3\n");
+  int32_t l[4] = {9, 9, 9, 9};
+  int32_t count = 4;
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "a", l, &count), INI_OK);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(l[0], 1);
+  EXPECT_EQ(l[1], 0);
+  EXPECT_EQ(l[2], 3);
+  count = 4;
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "b", l, &count), INI_OK);
+  EXPECT_EQ(count, 2);
+  double d[3];
+  count = 3;
+  EXPECT_EQ(ini_read_doubles("a.ini", "s", "c", d, &count), INI_OK);
+  EXPECT_EQ(count, 3);
+  EXPECT_DOUBLE_EQ(d[0], 1.5);
+  EXPECT_DOUBLE_EQ(d[1], 20.0);
+  EXPECT_DOUBLE_EQ(d[2], 0.0);
+
+  // More items than room: the first ones stay, the count keeps its value.
+  int32_t two[2] = {0, 0};
+  count = 2;
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "d", two, &count), INI_TOO_SMALL);
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(two[1], 2);
+  // A failed read sets the count to 0.
+  count = 2;
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "none", two, &count), INI_NO_ENTRY);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(ini_read_longs("a.ini", "s", "d", nullptr, &count), INI_TOO_SMALL);
+}
+
+TEST_F(IniRead, LongLinesArriveInPieces) {
+  const std::string value(600, 'x');
+  write_file("a.ini", "[s]\na=" + value + "\nb=1\n");
+  char buf[700];
+  int32_t size = 699;
+  EXPECT_EQ(ini_read_string("a.ini", "s", "a", buf, &size), INI_OK);
+  EXPECT_EQ(std::string(buf), std::string(509, 'x'));
+  // The rest of the line has no "=" and is reported on the way to b.
+  EXPECT_EQ(ini_read_string("a.ini", "s", "b", buf, &size), INI_OK);
+  EXPECT_EQ(log_text(), kMalformedRecord);
+}
+
+TEST_F(IniRead, TenThousandCharacterLineNulBytesAndCrLf) {
+  std::string content = "[s]\r\nlong=" + std::string(10000, 'y') + "\r\nnul=a";
+  content += '\0';
+  content += "b\r\nc = 3\r\n";
+  write_file("a.ini", content);
+  char buf[16];
+  int32_t size = 15;
+  EXPECT_EQ(ini_read_string("a.ini", "s", "nul", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "a");  // a nul byte ends the line's text
+  int32_t v = 0;
+  EXPECT_EQ(ini_read_long("a.ini", "s", "c", &v), INI_OK);
+  EXPECT_EQ(v, 3);
+}
+
+TEST_F(IniRead, HeaderWithoutBracketAndControlCharacters) {
+  write_file("a.ini", "[open\n\t x=\t1 \x01\n");
+  char buf[8];
+  int32_t size = 7;
+  EXPECT_EQ(ini_read_string("a.ini", "open", "x", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "\t1");
+}
+
+TEST_F(IniRead, DefaultFileRule) {
+  tiv::test::ScopedEnv unset("zv", nullptr);
+  char buf[8];
+  int32_t size = 7;
+  EXPECT_EQ(ini_read_string(nullptr, "s", "e", buf, &size), INI_ERROR);
+  write_file(".zv.ini", "[s]\ne=dot\n");  // "." followed directly by zv.ini
+  EXPECT_EQ(ini_read_string(nullptr, "s", "e", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, "dot");
+  std::filesystem::create_directory("conf");
+  write_file("conf/zv.ini", "[s]\ne=conf\n");
+  {
+    tiv::test::ScopedEnv zv("zv", "conf/");
+    EXPECT_EQ(ini_read_string("", "s", "e", buf, &size), INI_OK);
+    EXPECT_STREQ(buf, "conf");
+    write_file("zv.ini", "[s]\ne=here\n");
+    EXPECT_EQ(ini_read_string(nullptr, "s", "e", buf, &size), INI_OK);
+    EXPECT_STREQ(buf, "here");
+  }
+}
+
+TEST_F(IniRead, RwFamilyGuardsNilArguments) {
+  write_file("a.ini", "[s]\nl=4\nd=2.5\n");
+  EXPECT_EQ(ini_rw_long(0, "a.ini", "s", "l", nullptr), INI_TOO_SMALL);
+  EXPECT_EQ(ini_rw_double(1, "a.ini", "s", "d", nullptr), INI_TOO_SMALL);
+  int32_t count = 1;
+  EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", nullptr, &count), INI_TOO_SMALL);
+  int32_t one[1];
+  EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", one, nullptr), INI_TOO_SMALL);
+  int32_t l = 0;
+  EXPECT_EQ(ini_rw_long(0, "a.ini", "s", "l", &l), INI_OK);
+  EXPECT_EQ(l, 4);
+  double d = 0;
+  EXPECT_EQ(ini_rw_double(0, "a.ini", "s", "d", &d), INI_OK);
+  EXPECT_DOUBLE_EQ(d, 2.5);
+  l = 12;
+  EXPECT_EQ(ini_rw_long(1, "a.ini", "s", "l", &l), INI_OK);
+  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=2.5\n");
+}
+
+}  // namespace
