@@ -1,0 +1,200 @@
+// Clock: time values, German date and time texts, calendar fields, timers and their report.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <thread>
+
+#include <tivlib/clock.h>
+
+#include "clock/timers.h"
+#include "test_dir.h"
+
+namespace tiv::test {
+namespace {
+
+// Runs the clock in a fixed time zone (Central Europe) and restores the old one.
+class InZone : public InTempDir {
+ protected:
+  void SetUp() override {
+    const char* tz = std::getenv("TZ");
+    had_ = tz != nullptr;
+    if (had_) old_ = tz;
+    ::setenv("TZ", "Europe/Berlin", 1);
+    ::tzset();
+  }
+  void TearDown() override {
+    if (had_)
+      ::setenv("TZ", old_.c_str(), 1);
+    else
+      ::unsetenv("TZ");
+    ::tzset();
+  }
+
+ private:
+  bool had_ = false;
+  std::string old_;
+};
+
+using Clock = InZone;
+
+TEST(ClockTimers, StartAndStopMeasureTheWallClock) {
+  clock_timer* t = clock_timeropen("sleep");
+  ASSERT_NE(t, nullptr);
+  clock_timerstart(t);
+  std::this_thread::sleep_for(std::chrono::milliseconds(120));
+  clock_timerstop(t);
+  EXPECT_GE(clock_timerget(t), 110);
+  EXPECT_EQ(t->stops, 1);
+}
+
+constexpr int32_t k7Dec1997 = 881496000;     // 1997-12-07 12:00:00 UTC, 13:00:00 in Berlin
+constexpr int32_t k1Jan2005 = 1104537600;    // 2005-01-01 00:00:00 UTC, 01:00:00 in Berlin
+
+TEST_F(Clock, DateTexts) {
+  EXPECT_STREQ(clock_date(k7Dec1997, 0), "07.12.97");
+  EXPECT_STREQ(clock_date(k7Dec1997, 1), "07. Dezember 1997");
+  EXPECT_STREQ(clock_date(k7Dec1997, 2), "07. Dezember 1997");
+  EXPECT_STREQ(clock_date(k7Dec1997, -1), "07. Dezember 1997");
+  EXPECT_STREQ(clock_date(k1Jan2005, 0), "01.01.105");
+  EXPECT_STREQ(clock_date(k1Jan2005 + 60 * 86400, 1), "02. Maerz 2005");
+}
+
+TEST_F(Clock, TimeTexts) {
+  EXPECT_STREQ(clock_time(k7Dec1997 + 5, 0), "13:00");
+  EXPECT_STREQ(clock_time(k7Dec1997 + 5, 1), "13:00:05");
+  EXPECT_STREQ(clock_time(k7Dec1997 + 5, 9), "13:00:05");
+}
+
+TEST_F(Clock, TextsLiveInOneBufferPerOperation) {
+  const char* first = clock_date(k7Dec1997, 0);
+  const char* time = clock_time(k7Dec1997, 0);
+  EXPECT_STREQ(first, "07.12.97");
+  EXPECT_STREQ(time, "13:00");
+  const char* second = clock_date(k1Jan2005, 0);
+  EXPECT_EQ(first, second);
+  EXPECT_STREQ(first, "01.01.105");
+  EXPECT_STREQ(time, "13:00");
+}
+
+TEST_F(Clock, ZeroMeansNow) {
+  const int32_t before = clock_value();
+  const int32_t now = static_cast<int32_t>(std::time(nullptr));
+  EXPECT_LE(std::abs(before - now), 1);
+  clock_fields f{};
+  clock_makestruct(0, &f);
+  clock_fields g{};
+  clock_makestruct(clock_value(), &g);
+  EXPECT_EQ(f.year, g.year);
+  EXPECT_EQ(f.yearday, g.yearday);
+}
+
+TEST_F(Clock, FieldsAndValuesRoundTrip) {
+  clock_fields f{};
+  clock_makestruct(k7Dec1997, &f);
+  EXPECT_EQ(f.second, 0);
+  EXPECT_EQ(f.minute, 0);
+  EXPECT_EQ(f.hour, 13);
+  EXPECT_EQ(f.day, 7);
+  EXPECT_EQ(f.month, 11);
+  EXPECT_EQ(f.year, 97);
+  EXPECT_EQ(f.weekday, 0);
+  EXPECT_EQ(f.yearday, 340);
+  f.weekday = f.yearday = -9;
+  EXPECT_EQ(clock_makevalue(&f), k7Dec1997);
+  EXPECT_EQ(f.weekday, 0);
+  EXPECT_EQ(f.yearday, 340);
+}
+
+TEST_F(Clock, MakevalueCarriesOverflowButKeepsTheFields) {
+  clock_fields f{0, 0, 12, 32, 0, 100, 77, 77};  // 32 January 2000 is 1 February
+  const int32_t v = clock_makevalue(&f);
+  EXPECT_EQ(v, 949402800);  // 2000-02-01 11:00:00 UTC
+  EXPECT_EQ(f.day, 32);
+  EXPECT_EQ(f.month, 0);
+  EXPECT_EQ(f.weekday, 2);
+  EXPECT_EQ(f.yearday, 31);
+  clock_fields summer{0, 0, 12, 1, 6, 120, 0, 0};  // daylight saving from the rules of the day
+  EXPECT_EQ(clock_makevalue(&summer), 1593597600);
+  clock_fields far{0, 0, 0, 1, 0, 300, 0, 0};  // year 2200 does not fit 32 bits
+  EXPECT_EQ(clock_makevalue(&far), -1);
+  EXPECT_EQ(clock_makevalue(nullptr), -1);
+}
+
+TEST_F(Clock, NegativeValuesAreDatesBefore1970) {
+  EXPECT_STREQ(clock_date(-86400, 0), "31.12.69");
+  clock_fields f{};
+  clock_makestruct(-86400, &f);
+  EXPECT_EQ(f.year, 69);
+}
+
+// One process-wide table: the timer tests run in one test so that the counts are known.
+TEST_F(Clock, TimersAndTheirReport) {
+  const std::string title = std::string("   Zeitmessung vom ") + clock_date(0, 0) + ", ";
+  std::string report;
+  if (tiv::clock::timer_count() == 0) {  // run alone, as under CTest
+    clock_timertable("empty.txt", 0);
+    report = read_file("empty.txt");
+    EXPECT_EQ(report.substr(0, title.size()), title);
+    EXPECT_EQ(report.substr(report.size() - 24), "\n\nkeine Timer vorhanden.");
+  }
+  clock_timer* t = clock_timeropen("Rechnen");
+  ASSERT_NE(t, nullptr);
+  EXPECT_EQ(clock_timerget(t), 0);
+  t->start_seconds = clock_value() - 2;
+  t->start_millis = 0;
+  clock_timerstop(t);
+  const int32_t first = clock_timerget(t);
+  EXPECT_GE(first, 2000);
+  EXPECT_LT(first, 3500);
+  clock_timerstop(t);  // measures from the same start again
+  EXPECT_GE(clock_timerget(t), 2 * first);
+  EXPECT_EQ(t->stops, 2);
+  clock_timerreset(t);
+  EXPECT_EQ(clock_timerget(t), 0);
+  EXPECT_EQ(t->stops, 0);
+  EXPECT_EQ(t->start_seconds, 0);
+  EXPECT_STREQ(t->name, "Rechnen");
+  t->elapsed = 1500;
+  t->stops = 3;
+
+  clock_timerstart(nullptr);
+  clock_timerstop(nullptr);
+  clock_timerreset(nullptr);
+  EXPECT_EQ(clock_timerget(nullptr), 0);
+
+  const std::string long_name(100, 'n');
+  clock_timer* second = clock_timeropen(long_name.c_str());
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(std::string(second->name), std::string(79, 'n'));
+  second->elapsed = 0xFFFFFFFFu;  // read unsigned in the report
+  second->stops = 1;
+
+  write_file("t.txt", "old");
+  clock_timertable("T.TXT", 2);
+  report = read_file("t.txt");
+  const std::string rule = "   -----------------|---------|----------\n";
+  const std::string head = "\n\n          Timername |  Starts |  Sekunden\n" + rule;
+  const std::string body =
+      "            Rechnen |       3 |     1.500\n" + rule +
+      "    " + long_name.substr(0, 79) + " |       1 | 4294967.295\n" + rule;
+  ASSERT_GT(report.size(), body.size());
+  EXPECT_EQ(report.substr(report.size() - body.size()), body);
+  EXPECT_NE(report.find(head), std::string::npos);
+  EXPECT_EQ(report.substr(0, title.size()), title);
+  clock_timertable("t.txt", 1);
+  EXPECT_EQ(read_file("t.txt"), report + report);
+
+  while (tiv::clock::timer_count() < CLOCK_TIMER_MAX) ASSERT_NE(clock_timeropen("x"), nullptr);
+  EXPECT_EQ(clock_timeropen("one too many"), nullptr);
+  EXPECT_EQ(tiv::clock::timer_count(), CLOCK_TIMER_MAX);
+}
+
+TEST_F(Clock, ReportIntoAnUnopenableFileIsSilent) {
+  clock_timertable("no\\such\\dir\\t.txt", 0);
+  EXPECT_FALSE(file_exists("zv.err"));
+}
+
+}  // namespace
+}  // namespace tiv::test
