@@ -1,0 +1,13 @@
+// The buffer of env_read_file and env_write_file.
+#pragma once
+
+#include <cstddef>
+
+namespace tiv::env {
+
+// A zeroed buffer of 30000 bytes from heap_calloc, or half as much plus one, again and again,
+// while memory is short (15001, 7501, ... down to 2). Gives none if even 2 bytes are refused.
+// size receives the size that succeeded.
+char* file_buffer(std::size_t& size) noexcept;
+
+}  // namespace tiv::env
