@@ -10,23 +10,30 @@
 #include <string>
 #include <vector>
 
+#include "containers/introsort.h"
+
 namespace {
 
-// Inputs that stress a quicksort: random with few or many distinct values, sorted, reversed,
-// all equal, organ pipe, and sizes around the insertion and ninther thresholds.
+// Inputs that stress a quicksort: random with few or many distinct values, sorted, nearly
+// sorted, reversed, all equal, organ pipe, sawtooth, and sizes around the insertion, block and
+// ninther thresholds.
 std::vector<std::vector<int32_t>> shapes() {
     std::vector<std::vector<int32_t>> out;
     std::mt19937 rng(12345);
-    for (size_t n : {0u, 1u, 2u, 3u, 15u, 16u, 17u, 18u, 100u, 128u, 129u, 130u, 1000u, 20000u}) {
-        std::vector<int32_t> random(n), few(n), sorted(n), reversed(n), equal(n, 7), pipe(n);
+    for (size_t n : {0u, 1u, 2u, 3u, 23u, 24u, 25u, 64u, 65u, 128u, 129u, 200u, 1000u, 20000u}) {
+        std::vector<int32_t> random(n), few(n), sorted(n), reversed(n), equal(n, 7), pipe(n), saw(n);
         for (size_t i = 0; i < n; ++i) {
             random[i] = static_cast<int32_t>(rng());
             few[i] = static_cast<int32_t>(rng() % 4) - 2;
             sorted[i] = static_cast<int32_t>(i);
             reversed[i] = static_cast<int32_t>(n - i);
             pipe[i] = static_cast<int32_t>(i < n / 2 ? i : n - i);
+            saw[i] = static_cast<int32_t>(i % 37);
         }
-        for (auto *v : {&random, &few, &sorted, &reversed, &equal, &pipe}) out.push_back(*v);
+        auto nearly = sorted;
+        for (size_t k = 0; n > 1 && k < 3; ++k) std::swap(nearly[rng() % n], nearly[rng() % n]);
+        for (auto *v : {&random, &few, &sorted, &nearly, &reversed, &equal, &pipe, &saw})
+            out.push_back(*v);
     }
     return out;
 }
@@ -115,6 +122,19 @@ TEST(SortVector, ByIndexLeavesTheVectorAndFillsPointers) {
                 ASSERT_LE(*idx[i - 1], *idx[i]);
             }
         }
+    }
+}
+
+// The heapsort that finishes ranges after too many bad partitions.
+TEST(SortVector, HeapsortFallback) {
+    using namespace tiv::containers::sorting;
+    for (const auto &shape : shapes()) {
+        auto got = shape, want = shape;
+        auto less = [](int32_t a, int32_t b) { return a < b; };
+        TypedOps<int32_t, decltype(less), true> ops{got.data(), less};
+        if (!got.empty()) heap_sort(ops, 0, got.size());
+        std::sort(want.begin(), want.end());
+        ASSERT_EQ(got, want);
     }
 }
 
