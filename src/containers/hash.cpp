@@ -22,22 +22,19 @@ using tiv::containers::hash::table_size;
 
 static_assert(sizeof(intptr_t) == sizeof(void *), "values and ids hold pointers");
 
-bool holds(const Slot &slot, const char *name) noexcept {
-    return slot.name != nullptr && std::strcmp(slot.name, name) == 0;
+// True when the slot holds `name`, whose hash in this table is `h`.
+bool holds(const Slot &slot, const char *name, int32_t h) noexcept {
+    return slot.name != nullptr && slot.hash == h && std::strcmp(slot.name, name) == 0;
 }
 
-int32_t primary_of(const hash_table *t, const char *name) noexcept {
-    return primary_slot(t->hash_function(name), t->size);
-}
-
-// The storing probe: the first slot on p, 2p, 3p, ... that is free or holds `name`, or -1
-// when the sequence comes back to p (the table is full).
-int32_t probe_for_storing(const hash_table *t, const char *name) noexcept {
-    const int32_t p = primary_of(t, name);
+// The storing probe: the first slot on p, 2p, 3p, ... that is free or holds `name` (hash h),
+// or -1 when the sequence comes back to p (the table is full).
+int32_t probe_for_storing(const hash_table *t, const char *name, int32_t h) noexcept {
+    const int32_t p = primary_slot(h, t->size);
     int32_t at = p;
     do {
         const Slot &slot = t->slots[at];
-        if (slot.name == nullptr || std::strcmp(slot.name, name) == 0) return at;
+        if (slot.name == nullptr || holds(slot, name, h)) return at;
         at += p;
         if (at >= t->size) at -= t->size;
     } while (at != p);
@@ -127,13 +124,15 @@ void hash_reset(hash_table *table) noexcept {
 
 int32_t hash_put(hash_table *table, const char *name, intptr_t value) noexcept {
     if (table == nullptr || name == nullptr) return -1;
-    const int32_t at = probe_for_storing(table, name);
+    const int32_t h = table->hash_function(name);
+    const int32_t at = probe_for_storing(table, name, h);
     if (at < 0) return -1;
     Slot &slot = table->slots[at];
     if (slot.name == nullptr) {
         char *copy = copy_name(name);
         if (copy == nullptr) return -1;
         slot.name = copy;
+        slot.hash = h;
     }
     slot.value = value;
     return at;
@@ -145,13 +144,24 @@ int32_t hash_put(hash_table *table, const char *name, intptr_t value) noexcept {
 // the chain beats a probed one, fewer steps beat more, and at equal steps the inner table wins.
 int32_t hash_get(hash_table *table, const char *name, intptr_t *value, intptr_t *id) noexcept {
     if (table == nullptr || name == nullptr) return -1;
+    // Tables of a chain usually share one function: hash once per distinct function.
+    hash_function_fn hashed_by = nullptr;
+    int32_t h = 0;
+    auto hash_in = [&](const hash_table *t) {
+        if (t->hash_function != hashed_by) {
+            hashed_by = t->hash_function;
+            h = hashed_by(name);
+        }
+        return h;
+    };
     hash_table *found = nullptr;
     int32_t at = -1;
     for (hash_table *t = table; t != nullptr; t = t->parent) {
-        const int32_t p = primary_of(t, name);
+        t->probe_hash = hash_in(t);
+        const int32_t p = primary_slot(t->probe_hash, t->size);
         t->probe_pos = p;
         t->probe_start = p;
-        if (holds(t->slots[p], name)) {
+        if (holds(t->slots[p], name, t->probe_hash)) {
             found = t;
             at = p;
             break;
@@ -165,7 +175,7 @@ int32_t hash_get(hash_table *table, const char *name, intptr_t *value, intptr_t 
             t->probe_pos = pos;
             if (pos == t->probe_start) continue;  // this table's cycle closes in this sweep
             offered = true;
-            if (holds(t->slots[pos], name)) {
+            if (holds(t->slots[pos], name, t->probe_hash)) {
                 found = t;
                 at = pos;
                 break;
@@ -191,7 +201,7 @@ int32_t hash_get_index(hash_table *table, int32_t index, char **name, intptr_t *
 
 int32_t hash_remove_name(hash_table *table, const char *name) noexcept {
     if (table == nullptr || name == nullptr) return -1;
-    const int32_t at = probe_for_storing(table, name);
+    const int32_t at = probe_for_storing(table, name, table->hash_function(name));
     if (at < 0 || table->slots[at].name == nullptr) return -1;
     heap_free(table->slots[at].name);
     table->slots[at].name = nullptr;

@@ -9,10 +9,13 @@
 
 namespace tiv::containers::hash {
 
-// One slot. A nil name marks a free slot; the value of a freed slot stays, unseen.
+// One slot. A nil name marks a free slot; the value of a freed slot stays, unseen. `hash` is
+// the table function's value for the name, kept so that probes compare names only when the
+// hashes agree (a hash function gives the same value for the same key every time).
 struct Slot {
     char *name;
     intptr_t value;
+    int32_t hash;
 };
 
 // The smallest table, and the largest one whose slot array can be asked of the allocator in
@@ -54,7 +57,8 @@ constexpr int32_t primary_slot(int32_t h, int32_t size) noexcept {
 
 // The table handle. `size` is a prime fixed at opening; `slots` holds `size` entries. `children`
 // counts the open tables whose parent this one is. `probe_pos` and `probe_start` are the
-// working state of the last hash_get (-1 after opening and after hash_reset).
+// working state of the last hash_get (-1 after opening and after hash_reset), and `probe_hash`
+// the hash of the name it looks for in this table.
 struct hash_table {
     intptr_t id;
     int32_t size;
@@ -64,4 +68,5 @@ struct hash_table {
     int32_t children;
     int32_t probe_pos;
     int32_t probe_start;
+    int32_t probe_hash;
 };
