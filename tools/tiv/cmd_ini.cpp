@@ -1,0 +1,328 @@
+// tiv ini: settings files ([section] / entry=value), read and changed directly on disk by the
+// ini_ family. An empty SECTION ("") names the entries in front of the first header.
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <ostream>
+#include <tivlib/ini.h>
+
+#include "commands.h"
+#include "text.h"
+
+namespace tiv::cli {
+
+namespace {
+
+constexpr std::int32_t kValueRoom = INI_LINE_MAX;  // a value never outgrows its line
+constexpr std::int32_t kListRoom = INI_LIST_MAX;   // items of a number list, at most
+constexpr std::int32_t kNamesRoomStart = 1 << 16;  // first room for a list of entry names
+constexpr std::int32_t kNamesRoomMax = 1 << 26;
+
+std::string section_label(const std::string& section) {
+  return section.empty() ? "the unnamed section" : "section [" + section + "]";
+}
+
+// Turns a result code of a read into a failure; 0 passes.
+void check_read(std::int32_t code, const std::string& file, const std::string& section,
+                const std::string& entry) {
+  switch (code) {
+    case INI_OK:
+      return;
+    case INI_ERROR:
+      fail(kIo, "cannot open the settings file", file);
+    case INI_NO_SECTION:
+      fail(kNotFound, "no " + section_label(section), file);
+    case INI_NO_ENTRY:
+      fail(kNotFound, "no entry '" + entry + "' in " + section_label(section), file);
+    case INI_TOO_SMALL:
+      fail(kBadFormat, "the value of '" + entry + "' is too long", file);
+    default:
+      fail(kIo, "unexpected result " + std::to_string(code), file);
+  }
+}
+
+// Turns a result code of a change into a failure. The codes 1 to 3 of a write are those of
+// the copy that replaces the file; `not_found` says that 1 and 2 mean section and entry.
+void check_change(std::int32_t code, const std::string& file, const std::string& section,
+                  const std::string& entry, bool not_found) {
+  if (code == INI_OK) return;
+  if (not_found && code == INI_NO_SECTION) fail(kNotFound, "no " + section_label(section), file);
+  if (not_found && code == INI_NO_ENTRY)
+    fail(kNotFound, "no entry '" + entry + "' in " + section_label(section), file);
+  switch (code) {
+    case INI_ERROR:
+      fail(kIo, "cannot open the settings file or create its temporary file", file);
+    case INI_EMPTY_NAME:
+      fail(kUsage, "the new name is empty");
+    case INI_TOO_SMALL:
+      fail(kBadFormat, "the list is too long to write (more than 512 characters)", file);
+    default:
+      fail(kIo, "the file could not be replaced (copy result " + std::to_string(code) +
+                    "); its new content stays in the temporary file",
+           file);
+  }
+}
+
+// Names of the entries of a section, in file order.
+std::vector<std::string> entry_names(const std::string& file, const std::string& section) {
+  for (std::int32_t room = kNamesRoomStart;; room *= 2) {
+    std::string buffer(static_cast<std::size_t>(room) + 1, '\0');
+    std::int32_t size = room;
+    std::int32_t code = ini_read_string(file.c_str(), section.c_str(), nullptr, buffer.data(), &size);
+    if (code == INI_TOO_SMALL && room < kNamesRoomMax) continue;
+    check_read(code, file, section, {});
+    std::vector<std::string> names;
+    for (std::size_t at = 0; at < static_cast<std::size_t>(size) && buffer[at] != '\0';) {
+      std::string name(buffer.c_str() + at);
+      at += name.size() + 1;
+      names.push_back(std::move(name));
+    }
+    return names;
+  }
+}
+
+std::string read_value(const std::string& file, const std::string& section,
+                       const std::string& entry) {
+  std::string buffer(static_cast<std::size_t>(kValueRoom) + 1, '\0');
+  std::int32_t size = kValueRoom;
+  check_read(ini_read_string(file.c_str(), section.c_str(), entry.c_str(), buffer.data(), &size),
+             file, section, entry);
+  return buffer.c_str();
+}
+
+// Section headers of a settings file in file order, each name once. Lines are read as the
+// ini_ family reads them: stripped of bytes up to 0x20 at both ends, a header is a line that
+// begins with "[", and its name runs to the first "]", without blanks around it.
+std::vector<std::string> section_names(const std::string& file) {
+  std::string error;
+  auto text = read_file(file, error);
+  if (!text) fail(kIo, "cannot read: " + error, file);
+  std::vector<std::string> names;
+  for (const std::string& raw : split(*text, '\n')) {
+    std::string_view line = raw;
+    while (!line.empty() && static_cast<unsigned char>(line.front()) <= 0x20) line.remove_prefix(1);
+    while (!line.empty() && static_cast<unsigned char>(line.back()) <= 0x20) line.remove_suffix(1);
+    if (line.empty() || line.front() != '[') continue;
+    line.remove_prefix(1);
+    line = line.substr(0, line.find(']'));
+    while (!line.empty() && line.front() == ' ') line.remove_prefix(1);
+    while (!line.empty() && line.back() == ' ') line.remove_suffix(1);
+    std::string name(line);
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  }
+  return names;
+}
+
+struct IniArgs {
+  std::string file, section, entry, value, new_name;
+  std::vector<std::string> rest;
+  bool as_long = false, as_double = false, as_list = false, values = false, json = false;
+};
+
+void add_type_flags(CLI::App* cmd, IniArgs& a, const char* what) {
+  auto* l = cmd->add_flag("--long", a.as_long, std::string(what) + " a whole number");
+  auto* d = cmd->add_flag("--double", a.as_double, std::string(what) + " a floating number");
+  l->excludes(d);
+  cmd->add_flag("--list", a.as_list,
+                std::string(what) + " a comma-separated list of numbers (doubles unless --long)");
+}
+
+void run_get(Session& s, const IniArgs& a) {
+  const std::string& f = a.file;
+  nlohmann::json json;
+  if (a.as_list) {
+    std::vector<std::string> items;
+    std::int32_t count = kListRoom;
+    if (a.as_long) {
+      std::vector<std::int32_t> values(kListRoom);
+      check_read(ini_read_longs(f.c_str(), a.section.c_str(), a.entry.c_str(), values.data(), &count),
+                 f, a.section, a.entry);
+      for (std::int32_t i = 0; i < count; ++i) {
+        items.push_back(std::to_string(values[static_cast<std::size_t>(i)]));
+        json.push_back(values[static_cast<std::size_t>(i)]);
+      }
+    } else {
+      std::vector<double> values(kListRoom);
+      check_read(ini_read_doubles(f.c_str(), a.section.c_str(), a.entry.c_str(), values.data(), &count),
+                 f, a.section, a.entry);
+      for (std::int32_t i = 0; i < count; ++i) {
+        items.push_back(format_number(values[static_cast<std::size_t>(i)]));
+        json.push_back(values[static_cast<std::size_t>(i)]);
+      }
+    }
+    if (a.json) {
+      s.ctx.out << (json.is_null() ? nlohmann::json::array() : json).dump(2) << '\n';
+    } else {
+      for (const auto& item : items) s.ctx.out << item << '\n';
+    }
+    return;
+  }
+  if (a.as_long) {
+    std::int32_t value = 0;
+    check_read(ini_read_long(f.c_str(), a.section.c_str(), a.entry.c_str(), &value), f, a.section,
+               a.entry);
+    s.ctx.out << (a.json ? nlohmann::json(value).dump() : std::to_string(value)) << '\n';
+  } else if (a.as_double) {
+    double value = 0;
+    check_read(ini_read_double(f.c_str(), a.section.c_str(), a.entry.c_str(), &value), f, a.section,
+               a.entry);
+    s.ctx.out << (a.json ? nlohmann::json(value).dump() : format_number(value)) << '\n';
+  } else {
+    std::string value = read_value(f, a.section, a.entry);
+    s.ctx.out << (a.json ? nlohmann::json(value).dump() : value) << '\n';
+  }
+}
+
+void run_set(const IniArgs& a) {
+  const std::string& f = a.file;
+  const char* sec = a.section.c_str();
+  const char* ent = a.entry.c_str();
+  std::int32_t code = INI_OK;
+  if (a.as_list) {
+    std::vector<std::string> items = split(a.value, ',');
+    if (trim(a.value).empty()) items.clear();
+    if (a.as_long) {
+      std::vector<std::int32_t> values;
+      for (const auto& item : items) {
+        auto v = parse_long(item);
+        if (!v) fail(kUsage, "not a whole number: '" + item + "'");
+        values.push_back(*v);
+      }
+      code = ini_write_longs(f.c_str(), sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
+    } else {
+      std::vector<double> values;
+      for (const auto& item : items) {
+        auto v = parse_double(item);
+        if (!v) fail(kUsage, "not a number: '" + item + "'");
+        values.push_back(*v);
+      }
+      code = ini_write_doubles(f.c_str(), sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
+    }
+  } else if (a.as_long) {
+    auto v = parse_long(a.value);
+    if (!v) fail(kUsage, "not a whole number: '" + a.value + "'");
+    code = ini_write_long(f.c_str(), sec, ent, *v);
+  } else if (a.as_double) {
+    auto v = parse_double(a.value);
+    if (!v) fail(kUsage, "not a number: '" + a.value + "'");
+    code = ini_write_double(f.c_str(), sec, ent, *v);
+  } else {
+    code = ini_write_string(f.c_str(), sec, ent, a.value.c_str());
+  }
+  check_change(code, f, a.section, a.entry, false);
+}
+
+void run_list(Session& s, const IniArgs& a, bool section_given) {
+  if (!section_given) {
+    std::vector<std::string> names = section_names(a.file);
+    if (a.json) {
+      s.ctx.out << nlohmann::json(names).dump(2) << '\n';
+    } else {
+      for (const auto& n : names) s.ctx.out << n << '\n';
+    }
+    return;
+  }
+  std::vector<std::string> names = entry_names(a.file, a.section);
+  nlohmann::json json = nlohmann::json::array();
+  for (const auto& name : names) {
+    if (a.values) {
+      std::string value = read_value(a.file, a.section, name);
+      if (a.json) {
+        json.push_back({{"name", name}, {"value", value}});
+      } else {
+        s.ctx.out << name << '=' << value << '\n';
+      }
+    } else if (a.json) {
+      json.push_back(name);
+    } else {
+      s.ctx.out << name << '\n';
+    }
+  }
+  if (a.json) s.ctx.out << json.dump(2) << '\n';
+}
+
+void require_file(const std::string& file) {
+  if (file.empty()) fail(kUsage, "FILE must not be empty");
+}
+
+}  // namespace
+
+void add_ini_commands(CLI::App& app, Session& s) {
+  auto args = std::make_shared<IniArgs>();
+  IniArgs& a = *args;
+  CLI::App* ini = app.add_subcommand("ini", "Settings files: get, set, delete, rename, list");
+  ini->footer(
+      "Settings files hold [section] headers and entry=value lines. An empty SECTION (\"\")\n"
+      "names the entries in front of the first header. Every change rewrites the part of the\n"
+      "file in front of the change in normal form and keeps the rest byte for byte.");
+
+  CLI::App* get = ini->add_subcommand("get", "Print the value of an entry");
+  get->add_option("FILE", a.file, "Settings file")->required();
+  get->add_option("SECTION", a.section, "Section name")->required();
+  get->add_option("ENTRY", a.entry, "Entry name")->required();
+  add_type_flags(get, a, "Read the value as");
+  get->add_flag("--json", a.json, kJsonHelp);
+  get->footer("Example:\n  tiv ini get project.ini Units length\n  tiv ini get project.ini Grid spacing --list --double");
+  get->callback([&s, args] {
+    require_file(args->file);
+    run_get(s, *args);
+  });
+
+  CLI::App* set = ini->add_subcommand("set", "Set the value of an entry, creating what is missing");
+  set->add_option("FILE", a.file, "Settings file")->required();
+  set->add_option("SECTION", a.section, "Section name")->required();
+  set->add_option("ENTRY", a.entry, "Entry name")->required();
+  set->add_option("VALUE", a.value, "New value")->required();
+  add_type_flags(set, a, "Write the value as");
+  set->footer("Example:\n  tiv ini set project.ini Units length mm\n  tiv ini set project.ini Grid spacing 1.5,2,2.5 --list");
+  set->callback([args] {
+    require_file(args->file);
+    run_set(*args);
+  });
+
+  CLI::App* del = ini->add_subcommand("delete", "Delete an entry, or a whole section");
+  del->add_option("FILE", a.file, "Settings file")->required();
+  del->add_option("SECTION", a.section, "Section name")->required();
+  del->add_option("ENTRY", a.entry, "Entry name; without it the whole section goes");
+  del->footer("Example:\n  tiv ini delete project.ini Units length\n  tiv ini delete project.ini Obsolete");
+  del->callback([args, del] {
+    const IniArgs& x = *args;
+    require_file(x.file);
+    if (del->count("ENTRY") > 0) {
+      check_change(ini_delete_entry(x.file.c_str(), x.section.c_str(), x.entry.c_str()), x.file,
+                   x.section, x.entry, true);
+    } else {
+      check_change(ini_delete_section(x.file.c_str(), x.section.c_str()), x.file, x.section, {}, true);
+    }
+  });
+
+  CLI::App* ren = ini->add_subcommand("rename", "Rename a section, or an entry of a section");
+  ren->add_option("FILE", a.file, "Settings file")->required();
+  ren->add_option("NAMES", a.rest, "SECTION NEW, or SECTION ENTRY NEW")->required()->expected(2, 3);
+  ren->footer("Example:\n  tiv ini rename project.ini Units Measures\n  tiv ini rename project.ini Units length size");
+  ren->callback([args] {
+    const IniArgs& x = *args;
+    require_file(x.file);
+    const auto& n = x.rest;
+    if (n.size() == 2) {
+      check_change(ini_rename_section(x.file.c_str(), n[0].c_str(), n[1].c_str()), x.file, n[0], {}, true);
+    } else {
+      check_change(ini_rename_entry(x.file.c_str(), n[0].c_str(), n[1].c_str(), n[2].c_str()), x.file,
+                   n[0], n[1], true);
+    }
+  });
+
+  CLI::App* list = ini->add_subcommand("list", "List the sections, or the entries of a section");
+  list->add_option("FILE", a.file, "Settings file")->required();
+  list->add_option("SECTION", a.section, "Section whose entries to list");
+  list->add_flag("--values", a.values, "Show each entry as name=value");
+  list->add_flag("--json", a.json, kJsonHelp);
+  list->footer("Example:\n  tiv ini list project.ini\n  tiv ini list project.ini Units --values");
+  list->callback([&s, args, list] {
+    require_file(args->file);
+    run_list(s, *args, list->count("SECTION") > 0);
+  });
+}
+
+}  // namespace tiv::cli

@@ -1,0 +1,51 @@
+// Environment files for the tool: a root environment that closes itself, and the reading and
+// writing of its text form through the character callbacks of env_read and env_write.
+//
+// The tool reads the file itself and feeds it to env_read, counting lines on the way, so that
+// a syntax error can be told with its line: the line of the last character other than a
+// blank or a line end that the reader took before it gave up. It writes through env_write
+// into memory and replaces the file in one step, so a failed write leaves the old file whole.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <tivlib/env.h>
+
+#include "commands.h"
+
+namespace tiv::cli {
+
+// A root environment, closed with its handle.
+class EnvTree {
+ public:
+  EnvTree();
+  ~EnvTree();
+  EnvTree(const EnvTree&) = delete;
+  EnvTree& operator=(const EnvTree&) = delete;
+  env_handle* get() const { return handle_; }
+
+ private:
+  env_handle* handle_;
+};
+
+// Outcome of reading a text into a tree: the result of env_read and, after a syntax error,
+// the line (from 1) at which the reader stopped.
+struct EnvReadResult {
+  std::int32_t code = ENV_OK;
+  int line = 0;
+};
+EnvReadResult read_env_text(env_handle* env, std::string_view text);
+
+// The text form of a root environment.
+std::string write_env_text(env_handle* env);
+
+// Reads `path` into `tree`. A missing file leaves the tree empty when `missing_ok` and gives
+// false; any other failure throws (I/O: kIo, syntax: kBadFormat with the line and the
+// reader's complaint).
+bool load_env_file(Session& session, EnvTree& tree, const std::string& path, bool missing_ok);
+
+// Writes the tree to `path` ("-" is standard output); failures throw kIo.
+void save_env_file(Session& session, EnvTree& tree, const std::string& path);
+
+}  // namespace tiv::cli

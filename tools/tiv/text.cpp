@@ -1,0 +1,136 @@
+#include "text.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace tiv::cli {
+
+namespace {
+
+constexpr int kGeneralDigits = 15;     // significant digits of format_number
+constexpr int kMaxDecimals = 30;       // digits behind the point of format_fixed
+constexpr std::size_t kNumberRoom = 400;  // enough for any double in fixed notation
+
+std::string to_text(double value, std::chars_format format, int precision) {
+  char buffer[kNumberRoom];
+  auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value, format, precision);
+  if (ec != std::errc{}) return "?";
+  return std::string(buffer, end);
+}
+
+}  // namespace
+
+std::string format_number(double value) {
+  return to_text(value, std::chars_format::general, kGeneralDigits);
+}
+
+std::string format_fixed(double value, int decimals) {
+  if (decimals < 0) decimals = 0;
+  if (decimals > kMaxDecimals) decimals = kMaxDecimals;
+  return to_text(value, std::chars_format::fixed, decimals);
+}
+
+std::string_view trim(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  std::size_t last = text.find_last_not_of(blanks);
+  return text.substr(first, last - first + 1);
+}
+
+std::optional<double> parse_double(std::string_view text) {
+  text = trim(text);
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  if (text.empty()) return std::nullopt;
+  double value = 0;
+  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (ec != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+std::optional<std::int32_t> parse_long(std::string_view text) {
+  text = trim(text);
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  if (text.empty()) return std::nullopt;
+  std::int32_t value = 0;
+  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (ec != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+std::vector<std::string> split(std::string_view text, char separator) {
+  std::vector<std::string> parts;
+  for (;;) {
+    std::size_t at = text.find(separator);
+    parts.emplace_back(text.substr(0, at));
+    if (at == std::string_view::npos) break;
+    text.remove_prefix(at + 1);
+  }
+  return parts;
+}
+
+std::optional<std::string> read_file(const std::string& path, std::string& error) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    error = std::strerror(errno);
+    return std::nullopt;
+  }
+  std::ostringstream all;
+  all << in.rdbuf();
+  if (in.bad()) {
+    error = "read error";
+    return std::nullopt;
+  }
+  return all.str();
+}
+
+bool replace_file(const std::string& path, std::string_view content, std::string& error) {
+  std::string temp = path + ".tiv-XXXXXX";
+  int fd = ::mkstemp(temp.data());
+  if (fd < 0) {
+    error = std::strerror(errno);
+    return false;
+  }
+  struct stat st {};
+  mode_t mode = 0644;
+  if (::stat(path.c_str(), &st) == 0) {
+    mode = st.st_mode & 07777;
+  } else {
+    mode_t mask = ::umask(0);
+    ::umask(mask);
+    mode = 0666 & ~mask;
+  }
+  bool ok = ::fchmod(fd, mode) == 0;
+  const char* data = content.data();
+  std::size_t left = content.size();
+  while (ok && left > 0) {
+    ssize_t n = ::write(fd, data, left);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) {
+      ok = false;
+      break;
+    }
+    data += n;
+    left -= static_cast<std::size_t>(n);
+  }
+  if (!ok) error = std::strerror(errno);
+  if (::close(fd) != 0 && ok) {
+    ok = false;
+    error = std::strerror(errno);
+  }
+  if (ok && ::rename(temp.c_str(), path.c_str()) != 0) {
+    ok = false;
+    error = std::strerror(errno);
+  }
+  if (!ok) ::unlink(temp.c_str());
+  return ok;
+}
+
+}  // namespace tiv::cli

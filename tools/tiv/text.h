@@ -1,0 +1,31 @@
+// Small text and file helpers of the tool. Numbers are read and written in the C locale
+// whatever locale the user has set: "1.5" is one and a half everywhere.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tiv::cli {
+
+// "%.15g" in the C locale: 7, 0.5, 3.14159265358979, 1e+20.
+std::string format_number(double value);
+// Fixed notation with `decimals` digits behind the point ("%.*f" in the C locale).
+std::string format_fixed(double value, int decimals);
+
+// The whole text must be a number (blanks around it allowed); otherwise nothing.
+std::optional<double> parse_double(std::string_view text);
+std::optional<std::int32_t> parse_long(std::string_view text);
+
+std::vector<std::string> split(std::string_view text, char separator);
+std::string_view trim(std::string_view text);
+
+// Reads a whole file. On failure gives nothing and sets `error` to the system's reason.
+std::optional<std::string> read_file(const std::string& path, std::string& error);
+// Replaces a file with `content` through a temporary file in the same directory, so that a
+// failed write leaves the old file whole. An existing file keeps its permissions.
+bool replace_file(const std::string& path, std::string_view content, std::string& error);
+
+}  // namespace tiv::cli
