@@ -9,10 +9,18 @@ namespace {
 uint32_t opens = 0;  // every opening since load; never reset
 }  // namespace
 
-LogRecord::LogRecord() noexcept
-    : file_(platform::open_file(kLogName, opens == 0 ? "w" : "a")) {
-  ++opens;
+namespace {
+// The name resolution may allocate; a log that can't be opened for any reason is dropped.
+std::FILE* open_log(const char* mode) noexcept {
+  try {
+    return platform::open_file(kLogName, mode);
+  } catch (...) {
+    return nullptr;
+  }
 }
+}  // namespace
+
+LogRecord::LogRecord() noexcept : file_(open_log(opens == 0 ? "w" : "a")) { ++opens; }
 
 LogRecord::~LogRecord() {
   if (file_ != nullptr) std::fclose(file_);

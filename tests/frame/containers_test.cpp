@@ -31,14 +31,6 @@ TEST(Queue, FirstInFirstOutAndEmptyGivesZero) {
   queue_close(q);  // frees the remaining node
 }
 
-TEST(Queue, WordsHoldPointers) {
-  queue_handle* q = queue_open();
-  int x = 0;
-  queue_post(q, reinterpret_cast<intptr_t>(&x));
-  EXPECT_EQ(reinterpret_cast<int*>(queue_get(q)), &x);
-  queue_close(q);
-}
-
 TEST(Stack, LastInFirstOutAndNilIsHarmless) {
   stack_handle* s = stack_open();
   ASSERT_NE(s, nullptr);

@@ -38,17 +38,6 @@ TEST_F(Heap, SmartFreeFreesAndClearsTheVariableAndReportsANilReference) {
   heap_statistic();
 }
 
-TEST_F(Heap, CallocZeroesAndReallocKeepsContent) {
-  auto* p = static_cast<unsigned char*>(heap_calloc(10, 3));
-  ASSERT_NE(p, nullptr);
-  for (int i = 0; i < 30; ++i) ASSERT_EQ(p[i], 0);
-  std::memcpy(p, "abcdef", 7);
-  p = static_cast<unsigned char*>(heap_realloc(p, 4096));
-  ASSERT_NE(p, nullptr);
-  EXPECT_STREQ(reinterpret_cast<char*>(p), "abcdef");
-  heap_free(p);
-}
-
 TEST_F(Heap, ArenaRoundsCacheSizeUpToAMultipleOfEight) {
   heap_id* id = heap_open(100, 0);
   ASSERT_NE(id, nullptr);
