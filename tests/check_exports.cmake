@@ -1,3 +1,4 @@
+cmake_policy(SET CMP0057 NEW)
 # Compares the dynamic symbols of the shared library with the names the headers declare
 # with TIV_API: every declared name must be exported, and nothing else may be.
 execute_process(COMMAND nm -D --defined-only ${LIB} OUTPUT_VARIABLE nm_out RESULT_VARIABLE rc)
