@@ -275,6 +275,27 @@ TEST_F(Calc, ScannerWithoutMemory) {
     EXPECT_EQ(o.column, 0);
   }
 }
+
+TEST_F(Calc, SettingsReadsWithoutMemory) {
+  tiv::test::write_file("zv2.ini", "[Calculator]\nNachkommastellen=2\nf16=Null\n");
+  for (long n = 1;; ++n) {
+    calc_init(0);
+    calc_expression("1/0", nullptr, nullptr);
+    char text[CALC_ERROR_TEXT_MAX + 1] = "untouched";
+    tiv::fault::fail_allocation_at(n);
+    calc_init(-1);
+    calc_error(nullptr, nullptr, nullptr, text);
+    const bool hit = tiv::fault::allocation_failure_hit();
+    tiv::fault::fail_allocation_at(0);
+    EXPECT_TRUE(std::string(text) == "Null" || std::string(text) == "Error in expression")
+        << text;
+    if (!hit) {
+      EXPECT_STREQ(text, "Null");
+      EXPECT_EQ(value_of("1.006*3"), 3.02);
+      break;
+    }
+  }
+}
 #endif
 
 }  // namespace
