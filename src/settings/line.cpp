@@ -31,7 +31,7 @@ void header_name_in_place(char* line) {
   if (!body.empty() && body.front() == '[') body.remove_prefix(1);
   if (const auto close = body.find(']'); close != std::string_view::npos) body = body.substr(0, close);
   body = trim_blanks(body);
-  std::memmove(line, body.data(), body.size());
+  if (!body.empty()) std::memmove(line, body.data(), body.size());
   line[body.size()] = '\0';
 }
 
@@ -39,7 +39,7 @@ char* trimmed_copy(char* out, const char* text, std::size_t limit) {
   std::string_view source = text != nullptr ? std::string_view(text) : std::string_view();
   if (source.size() > limit) source = source.substr(0, limit);
   const std::string_view kept = trim_blanks(source);
-  std::memcpy(out, kept.data(), kept.size());
+  if (!kept.empty()) std::memcpy(out, kept.data(), kept.size());
   out[kept.size()] = '\0';
   return out;
 }

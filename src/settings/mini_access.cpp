@@ -99,7 +99,11 @@ extern "C" int32_t mini_write_string(mini_file* handle, const char* section, con
   if (value == nullptr) return INI_TOO_SMALL;
   char name[kNameMax + 1];
   trimmed_copy(name, section, kNameMax);
-  mini_section* s = find_or_load(handle, name);
+  // A section the file holds but memory couldn't take is not created anew: its entries would
+  // replace those of the file at the update.
+  Lookup how = Lookup::found;
+  mini_section* s = find_or_load(handle, name, &how);
+  if (s == nullptr && how == Lookup::unusable) return INI_ERROR;
   if (s == nullptr) s = add_section(handle, name);
   if (s == nullptr) return INI_ERROR;
 

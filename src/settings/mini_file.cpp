@@ -68,7 +68,10 @@ extern "C" mini_file* mini_open(const char* directory, const char* name, int32_t
 
 extern "C" int32_t mini_update_file(mini_file* handle) noexcept {
   if (handle == nullptr || (handle->flags & MINI_READ_ONLY) != 0) return 0;
+  // A file that exists but can't be opened is left alone: merging memory alone would lose
+  // every section never loaded.
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
+  if (in == nullptr && (handle->flags & MINI_REPLACE) == 0 && file_exists(handle)) return 0;
   char tmpname[FIO_PATH_BUFFER];
   fio_handle* out = fio_tmpnam(tmpname) != nullptr ? fio_open("", tmpname, FIO_WRITE | FIO_TEXT)
                                                    : nullptr;

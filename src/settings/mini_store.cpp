@@ -36,7 +36,8 @@ void free_entry_memory(void* element) {
 
 // Reads the entries of a section up to the next header or the end, into section (or drops
 // them when section is nil). Gives the reader's last result, with a header's name in text.
-int read_entries(mini_section* section, fio_handle* in, char* text) {
+// *complete turns false when an entry could not be stored.
+int read_entries(mini_section* section, fio_handle* in, char* text, bool* complete = nullptr) {
   for (;;) {
     const int kind = mini_read_line(in, text);
     if (kind == kMiniEnd || kind == kMiniHeader) return kind;
@@ -47,13 +48,21 @@ int read_entries(mini_section* section, fio_handle* in, char* text) {
       zv_error(kMalformedEntry, nullptr, nullptr, kSource, __LINE__);
       continue;
     }
-    add_entry(section, name, value);
+    if (add_entry(section, name, value) == nullptr && complete != nullptr) *complete = false;
   }
 }
 
-// Loads one section under name from the input's position; the result as read_entries.
-int load_section(mini_file* handle, fio_handle* in, const char* name, char* text) {
-  return read_entries(add_section(handle, name), in, text);
+// Loads one section under name from the input's position; the result as read_entries. A
+// section that could not be stored whole is freed again (after the report of zv_exit), so
+// that an update passes its lines through instead of losing the entries memory lacks.
+int load_section(mini_file* handle, fio_handle* in, const char* name, char* text,
+                 bool* loaded = nullptr) {
+  mini_section* section = add_section(handle, name);
+  bool complete = section != nullptr;
+  const int kind = read_entries(section, in, text, &complete);
+  if (section != nullptr && !complete) free_section(handle, section);
+  if (loaded != nullptr) *loaded = complete;
+  return kind;
 }
 
 }  // namespace
@@ -85,10 +94,20 @@ mini_section* find_loaded(const mini_file* handle, const char* name) {
   return nullptr;
 }
 
-mini_section* find_or_load(mini_file* handle, const char* name) {
+bool file_exists(const mini_file* handle) {
+  return fio_exist(handle->directory, handle->name) != 0;
+}
+
+mini_section* find_or_load(mini_file* handle, const char* name, Lookup* how) {
+  Lookup dummy;
+  if (how == nullptr) how = &dummy;
+  *how = Lookup::found;
   if (mini_section* s = find_loaded(handle, name)) return s;
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
-  if (in == nullptr) return nullptr;
+  if (in == nullptr) {
+    *how = file_exists(handle) ? Lookup::unusable : Lookup::absent;
+    return nullptr;
+  }
   char text[kLineBuffer];
   bool found = name[0] == '\0';  // the unnamed section needs no header
   while (!found) {
@@ -96,9 +115,11 @@ mini_section* find_or_load(mini_file* handle, const char* name) {
     if (kind == kMiniEnd) break;
     found = kind == kMiniHeader && str_eq(text, name);
   }
-  if (found) load_section(handle, in, name, text);
+  bool loaded = false;
+  if (found) load_section(handle, in, name, text, &loaded);
   fio_close(in);
-  return found ? find_loaded(handle, name) : nullptr;
+  *how = !found ? Lookup::absent : loaded ? Lookup::found : Lookup::unusable;
+  return loaded ? find_loaded(handle, name) : nullptr;
 }
 
 mini_section* add_section(mini_file* handle, const char* name) {
@@ -127,20 +148,22 @@ void free_section(mini_file* handle, mini_section* section) {
 
 // A repeated header is not loaded a second time: its lines stay in the file, untouched by
 // updates, and the first section of the name answers every lookup. A header with an empty
-// name is reported and its lines are skipped.
+// name is reported and its lines are skipped. Once memory has run out, no further section is
+// loaded (a later repeat of a section left out must not take its place).
 void load_all(mini_file* handle, fio_handle* in) {
   char text[kLineBuffer];
-  int kind = load_section(handle, in, "", text);
+  bool loaded = true;
+  int kind = load_section(handle, in, "", text, &loaded);
   while (kind == kMiniHeader) {
     if (text[0] == '\0') {
       zv_error(kNoName, nullptr, nullptr, kSource, __LINE__);
       kind = read_entries(nullptr, in, text);
-    } else if (find_loaded(handle, text) != nullptr) {
+    } else if (!loaded || find_loaded(handle, text) != nullptr) {
       kind = read_entries(nullptr, in, text);
     } else {
       char name[kLineBuffer];
       std::strcpy(name, text);
-      kind = load_section(handle, in, name, text);
+      kind = load_section(handle, in, name, text, &loaded);
     }
   }
 }

@@ -63,15 +63,26 @@ void report_no_memory(int32_t line);
 
 // The loaded section of that name (compared exactly), or nil.
 mini_section* find_loaded(const mini_file* handle, const char* name);
-// The loaded section, or the section loaded now from the file; nil if the file has none.
-mini_section* find_or_load(mini_file* handle, const char* name);
+// How a section was looked for.
+enum class Lookup {
+  found,      // loaded before or now
+  absent,     // neither memory nor the file holds it (or there is no file)
+  unusable    // the file exists but could not be read, or memory ran out while loading
+};
+// The loaded section, or the section loaded now from the file; nil if it isn't there. A
+// section that can't be loaded whole (memory ran out) is not kept, so its lines stay in the
+// file untouched.
+mini_section* find_or_load(mini_file* handle, const char* name, Lookup* how = nullptr);
+// True when the handle's file exists (whether or not it could be opened).
+bool file_exists(const mini_file* handle);
 // A new empty section: at the front if its name is empty, otherwise at the end. Nil (after a
 // report) when memory is out.
 mini_section* add_section(mini_file* handle, const char* name);
 // Unlinks and frees a section with its entries.
 void free_section(mini_file* handle, mini_section* section);
 
-// Loads every section of an open file (used at open with MINI_LOAD_ALL).
+// Loads every section of an open file (used at open with MINI_LOAD_ALL). A section that can't
+// be loaded whole is left out.
 void load_all(mini_file* handle, fio_handle* in);
 
 // The first entry of that name (compared exactly), or nil.
