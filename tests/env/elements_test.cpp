@@ -1,0 +1,225 @@
+// Element operations: insert, delete, counts, checks and the child walk.
+#include <tivlib/env.h>
+
+#include <string>
+#include <vector>
+
+#include "env_test_util.h"
+
+namespace tiv::test {
+namespace {
+
+class EnvElements : public InTempDir {
+ protected:
+  Root env_{0};
+  void SetUp() override {
+    ASSERT_EQ(read_string(env_, "[s]\na =1\nb ={\n}\na =2\n[t]\n"), ENV_OK);
+  }
+};
+
+TEST_F(EnvElements, InsertBeforeAPath) {
+  EXPECT_EQ(env_insert_before(env_, "s", "b", "new"), ENV_OK);
+  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 4);
+  EXPECT_EQ(env_insert_before(env_, "s", "a", "first"), ENV_OK);
+  EXPECT_EQ(env_put(env_, "s", "new", "v"), ENV_OK);
+  EXPECT_EQ(env_put(env_, "s", "first", "f"), ENV_OK);
+  EXPECT_EQ(write_string(env_), "[s]\n  first =f\n  a =1\n  new =v\n  b ={\n  }\n  a =2\n[t]\n");
+}
+
+TEST_F(EnvElements, InsertedElementIsExternalUntilAPut) {
+  EXPECT_EQ(env_insert_before(env_, "s", "a@2", "x"), ENV_OK);
+  intptr_t word = 7;
+  EXPECT_EQ(env_get_external(env_, "s", "x", 1, &word), 0);
+  EXPECT_EQ(word, 0);
+}
+
+TEST_F(EnvElements, InsertOnSubEnvironmentAndSections) {
+  env_handle* sub = env_open_subenv(env_, "s", "b", 1);
+  EXPECT_EQ(env_insert_before(sub, nullptr, nullptr, "before_b"), ENV_OK);
+  env_close(sub, 0);
+  char names[64];
+  EXPECT_EQ(env_list_elem_names(env_, "s", nullptr, 1, ',', sizeof names, names), ENV_OK);
+  EXPECT_STREQ(names, "a,before_b,b,a,");
+  EXPECT_EQ(env_insert_before(env_, "t", nullptr, "u"), ENV_OK);
+  EXPECT_EQ(env_list_elem_names(env_, nullptr, nullptr, 1, ',', sizeof names, names), ENV_OK);
+  EXPECT_STREQ(names, "s,u,t,");
+  EXPECT_EQ(env_check(env_, "u", nullptr, 1), ENV_IS_BLOCK);
+  EXPECT_EQ(env_insert_before(env_, "nope", nullptr, "v"), ENV_NOT_FOUND);
+  EXPECT_EQ(env_count_elements(env_, nullptr, nullptr, 1), 3);
+  Root empty;
+  EXPECT_EQ(env_insert_before(empty, "s", nullptr, "v"), ENV_NOT_FOUND);
+}
+
+TEST_F(EnvElements, InsertWithMissingOrEmptyPath) {
+  EXPECT_EQ(env_insert_before(env_, "s", "zzz", "x"), ENV_NOT_FOUND);
+  EXPECT_EQ(env_insert_before(env_, "s", "@", "x"), ENV_ERROR);
+  EXPECT_EQ(log_text(), error_record("Bad Path was given"));
+  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 3);
+}
+
+TEST_F(EnvElements, DeleteKeepsTheListWhole) {
+  EXPECT_EQ(env_delete(env_, "s", "a@2"), ENV_OK);  // the last child
+  env_put(env_, "s", "c@2", "3");                      // appends behind b
+  EXPECT_EQ(write_string(env_), "[s]\n  a =1\n  b ={\n  }\n  c =\n  c =3\n[t]\n");
+  EXPECT_EQ(env_delete(env_, "s", "zzz"), ENV_NOT_FOUND);
+  EXPECT_EQ(env_delete(env_, "s", "@"), ENV_BAD_PATH);
+  EXPECT_EQ(env_delete(env_, "s", nullptr), ENV_OK);
+  EXPECT_EQ(env_check(env_, "s", nullptr, 1), ENV_NOT_FOUND);
+  EXPECT_EQ(env_delete(env_, "s", nullptr), ENV_NOT_FOUND);
+  env_put(env_, "t", "only", "1");
+  EXPECT_EQ(env_delete(env_, "t", "only"), ENV_OK);
+  EXPECT_EQ(env_count_elements(env_, "t", nullptr, 1), 0);
+  EXPECT_EQ(env_check(env_, "t", nullptr, 1), ENV_IS_BLOCK);
+  env_put(env_, "t", "again", "1");
+  EXPECT_EQ(write_string(env_), "[t]\n  again =1\n");
+  env_handle* sub = env_open_subenv(env_, "t", nullptr, 1);
+  EXPECT_EQ(env_delete(sub, nullptr, nullptr), ENV_ERROR);
+  EXPECT_EQ(env_delete(sub, nullptr, "again"), ENV_OK);
+  env_close(sub, 0);
+}
+
+TEST_F(EnvElements, CountPathCountsTheLastNameAmongSiblings) {
+  EXPECT_EQ(env_count_path(env_, "s", "a", 1), 2);
+  EXPECT_EQ(env_count_path(env_, "s", "a@2", 1), 0);  // "2" is taken for a name
+  EXPECT_EQ(env_count_path(env_, "s", "x@y", 1), 0);
+  EXPECT_EQ(env_count_path(env_, "s", "@", 1), ENV_BAD_PATH);
+  EXPECT_EQ(env_count_path(nullptr, "s", "a", 1), ENV_ERROR);
+}
+
+TEST_F(EnvElements, CountElements) {
+  EXPECT_EQ(env_count_elements(env_, nullptr, "whatever", 1), 2);
+  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 3);
+  EXPECT_EQ(env_count_elements(env_, "s", "a", 1), 0);
+  EXPECT_EQ(env_count_elements(env_, "s", "@", 1), 0);
+  EXPECT_EQ(env_count_elements(env_, "zzz", nullptr, 1), 0);
+  env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
+  EXPECT_EQ(env_count_elements(sub, nullptr, nullptr, 1), 3);
+  env_close(sub, 0);
+}
+
+TEST_F(EnvElements, CheckAndExist) {
+  EXPECT_EQ(env_check(env_, nullptr, nullptr, 1), ENV_IS_BLOCK);
+  EXPECT_EQ(env_check(env_, "t", nullptr, 1), ENV_IS_BLOCK);
+  EXPECT_EQ(env_check(env_, "s", "b", 1), ENV_IS_BLOCK);
+  EXPECT_EQ(env_check(env_, "s", "a", 1), ENV_IS_DATA);
+  EXPECT_EQ(env_check(env_, "s", "@", 1), ENV_NOT_FOUND);
+  env_handle* t = env_open_subenv(env_, "t", nullptr, 1);
+  EXPECT_EQ(env_check(t, nullptr, nullptr, 1), ENV_NOT_FOUND);  // an empty block
+  EXPECT_EQ(env_exist_block(t, nullptr, nullptr, 1), 0);
+  env_close(t, 0);
+  EXPECT_EQ(env_exist_block(env_, "s", "b", 1), 1);
+  EXPECT_EQ(env_exist_data(env_, "s", "a", 1), 1);
+  EXPECT_EQ(env_exist(env_, "s", "a@2", 1), 1);
+  EXPECT_EQ(env_exist(env_, "s", "a@3", 1), 0);
+  env_put_external(env_, "s", "e", 5);
+  EXPECT_EQ(env_exist_external(env_, "s", "e", 1), 1);
+  EXPECT_EQ(env_exist(nullptr, "s", "a", 1), 0);
+  Root empty;
+  EXPECT_EQ(env_check(empty, nullptr, nullptr, 1), ENV_NOT_FOUND);
+}
+
+TEST_F(EnvElements, DataLengthFallsThroughAndCheckDoesNot) {
+  Root child{1, env_};
+  EXPECT_EQ(env_data_length(child, "s", "a@2", 1), 1);
+  EXPECT_EQ(env_check(child, "s", "a", 1), ENV_NOT_FOUND);
+  EXPECT_EQ(env_exist(child, "s", "a", 1), 0);
+  env_put(env_, "s", "empty", "");
+  env_put_external(env_, "s", "ext", 1);
+  for (const char* p : {"b", "ext", "zzz", "empty", "@"}) EXPECT_EQ(env_data_length(env_, "s", p, 1), 0) << p;
+}
+
+struct Visit {
+  std::string section;
+  std::string path;
+  std::string kind;
+};
+
+int32_t record_visit(env_handle* env, const char* section, char* path, intptr_t user) {
+  auto* visits = reinterpret_cast<std::vector<Visit>*>(user);
+  const char* kinds[] = {"", "data", "block", "external"};
+  const int32_t k = env_check(env, nullptr, nullptr, 1);
+  visits->push_back({section ? section : "<nil>", path ? path : "<nil>", k < 0 && k > -4 ? kinds[-k] : "none"});
+  return 0;
+}
+
+std::string describe(const std::vector<Visit>& visits) {
+  std::string s;
+  for (const auto& v : visits) s += v.section + "|" + v.path + "|" + v.kind + ";";
+  return s;
+}
+
+TEST_F(EnvElements, TraverseGeneratesPositionPaths) {
+  std::vector<Visit> visits;
+  auto user = reinterpret_cast<intptr_t>(&visits);
+  EXPECT_EQ(env_traverse(env_, "s", nullptr, 1, record_visit, user), ENV_OK);
+  EXPECT_EQ(describe(visits), "s|a@1|data;s|b@1|none;s|a@2|data;");
+  visits.clear();
+  env_put(env_, "s", "p@q", "1");
+  env_put(env_, "s", "p@r", "2");
+  EXPECT_EQ(env_traverse(env_, "s", "p", 1, record_visit, user), ENV_OK);
+  EXPECT_EQ(describe(visits), "s|p@q@1|data;s|p@r@1|data;");
+  visits.clear();
+  EXPECT_EQ(env_traverse(env_, nullptr, nullptr, 1, record_visit, user), ENV_OK);
+  EXPECT_EQ(describe(visits), "s|<nil>|block;t|<nil>|none;");
+}
+
+TEST_F(EnvElements, TraverseOfNothing) {
+  std::vector<Visit> visits;
+  auto user = reinterpret_cast<intptr_t>(&visits);
+  Root empty;
+  EXPECT_EQ(env_traverse(empty, nullptr, nullptr, 1, record_visit, user), ENV_IS_BLOCK);
+  EXPECT_EQ(env_traverse(env_, "t", nullptr, 1, record_visit, user), ENV_IS_BLOCK);
+  EXPECT_EQ(env_traverse(env_, "s", "a", 1, record_visit, user), ENV_IS_BLOCK);
+  EXPECT_EQ(env_traverse(env_, "s", "@", 1, record_visit, user), ENV_IS_BLOCK);
+  env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
+  EXPECT_EQ(env_traverse(sub, nullptr, "@", 1, record_visit, user), ENV_BAD_PATH);
+  env_close(sub, 0);
+  EXPECT_TRUE(visits.empty());
+}
+
+TEST_F(EnvElements, SecondSectionOfANameIsVisitedAtTheFirst) {
+  Root twins;
+  ASSERT_EQ(read_string(twins, "[s]\na =1\n[s]\nb =2\n"), ENV_OK);
+  std::vector<std::string> seen;
+  auto visit = [](env_handle* env, const char*, char*, intptr_t user) -> int32_t {
+    char names[32];
+    env_list_elem_names(env, nullptr, nullptr, 1, ' ', sizeof names, names);
+    reinterpret_cast<std::vector<std::string>*>(user)->push_back(names);
+    return 0;
+  };
+  EXPECT_EQ(env_traverse(twins, nullptr, nullptr, 1, visit, reinterpret_cast<intptr_t>(&seen)), ENV_OK);
+  EXPECT_EQ(seen, (std::vector<std::string>{"a ", "a "}));
+}
+
+TEST_F(EnvElements, VisitMayDeleteItsOwnElement) {
+  auto visit = [](env_handle* env, const char*, char*, intptr_t) -> int32_t {
+    env_put(env, nullptr, nullptr, "gone");
+    return 0;
+  };
+  EXPECT_EQ(env_traverse(env_, "s", nullptr, 1, visit, 0), ENV_OK);
+  EXPECT_EQ(write_string(env_), "[s]\n  a =gone\n  b =gone\n  a =gone\n[t]\n");
+  struct Ctx {
+    env_handle* root;
+    int visits;
+  } ctx{env_, 0};
+  auto deleting = [](env_handle*, const char* section, char* path, intptr_t user) -> int32_t {
+    auto* c = reinterpret_cast<Ctx*>(user);
+    ++c->visits;
+    env_delete(c->root, section, path);
+    return 0;
+  };
+  EXPECT_EQ(env_traverse(env_, "s", nullptr, 1, deleting, reinterpret_cast<intptr_t>(&ctx)), ENV_OK);
+  EXPECT_EQ(ctx.visits, 3);
+  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 0);
+}
+
+TEST_F(EnvElements, UnreachableNamesAreSkippedWithAnError) {
+  Root odd;
+  ASSERT_EQ(read_string(odd, "[s]\nmail@home =1\nok =2\n"), ENV_OK);
+  std::vector<Visit> visits;
+  EXPECT_EQ(env_traverse(odd, "s", nullptr, 1, record_visit, reinterpret_cast<intptr_t>(&visits)), ENV_ERROR);
+  EXPECT_EQ(describe(visits), "s|ok@1|data;");
+}
+
+}  // namespace
+}  // namespace tiv::test

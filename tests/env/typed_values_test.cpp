@@ -1,0 +1,239 @@
+// Reads into buffers, positional reads and iteration, the value parser, typed writes.
+#include <tivlib/env.h>
+
+#include <clocale>
+#include <cstring>
+#include <string>
+
+#include "env_test_util.h"
+
+namespace tiv::test {
+namespace {
+
+class EnvValues : public InTempDir {
+ protected:
+  Root env_{5};
+  int32_t put(const char* path, const char* text) { return env_put(env_, "s", path, text); }
+  int32_t get_double(const char* text, double* out) {
+    put("v", text);
+    return env_get_double(env_, "s", "v", 1, out);
+  }
+};
+
+TEST_F(EnvValues, GetCopiesOnlyWhenTheTextFits) {
+  put("a", "abc");
+  char buffer[8] = "zzzzzzz";
+  EXPECT_EQ(env_get(env_, "s", "a", 1, 3, buffer), ENV_TOO_SMALL);
+  EXPECT_STREQ(buffer, "zzzzzzz");
+  EXPECT_EQ(env_get(env_, "s", "a", 1, 4, buffer), 5);
+  EXPECT_STREQ(buffer, "abc");
+  env_put_external(env_, "s", "e", 1);
+  EXPECT_EQ(env_get(env_, "s", "e", 1, 8, buffer), ENV_IS_DATA);
+  EXPECT_EQ(env_get(env_, "s", nullptr, 1, 8, buffer), ENV_IS_DATA);
+  intptr_t word = 0;
+  EXPECT_EQ(env_get_external(env_, "s", "e", 1, &word), 5);
+  EXPECT_EQ(word, 1);
+  EXPECT_EQ(env_get_external(env_, "s", "a", 1, &word), ENV_IS_EXTERNAL);
+  const char* ref = nullptr;
+  EXPECT_EQ(env_get_reference(env_, "s", "a", 1, &ref), 5);
+  EXPECT_STREQ(ref, "abc");
+}
+
+TEST_F(EnvValues, PositionalReads) {
+  put("a", "1");
+  put("b", "22");
+  char name[8], data[8];
+  int32_t id = -1;
+  EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 3, &id, 8, name, 8, data, nullptr), ENV_NOT_FOUND);
+  EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 0, &id, 8, name, 8, data, nullptr), ENV_NOT_FOUND);
+  EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 2, &id, 8, name, 8, data, nullptr), ENV_IS_DATA);
+  EXPECT_EQ(id, 5);
+  EXPECT_STREQ(name, "b");
+  EXPECT_STREQ(data, "22");
+  std::strcpy(data, "x");
+  EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 1, &id, 8, name, 1, data, nullptr), ENV_TOO_SMALL);
+  EXPECT_STREQ(name, "a");
+  EXPECT_STREQ(data, "x");
+  EXPECT_EQ(env_get_pos(env_, nullptr, nullptr, 1, 1, &id, 8, name, 8, data, nullptr), ENV_IS_BLOCK);
+  EXPECT_STREQ(name, "s");
+  EXPECT_EQ(env_get_pos(env_, nullptr, nullptr, 1, 1, &id, 1, name, 8, data, nullptr), ENV_TOO_SMALL);
+}
+
+TEST_F(EnvValues, IterationWalksChildrenInOrder) {
+  put("a", "1");
+  env_put_external(env_, "s", "e", 9);
+  put("b@c", "2");
+  char name[8], data[8];
+  intptr_t word = 0;
+  int32_t id = -1;
+  std::string seen;
+  for (int32_t r = env_get_first(env_, "s", nullptr, 1, &id, 8, name, 8, data, &word); r != ENV_NOT_FOUND;
+       r = env_get_next(8, name, 8, data, &word))
+    seen += std::string(name) + ":" + std::to_string(r) + " ";
+  EXPECT_EQ(seen, "a:-1 e:-3 b:-2 ");
+  EXPECT_EQ(word, 9);
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_NOT_FOUND);
+  EXPECT_EQ(env_get_first(env_, nullptr, nullptr, 1, &id, 8, name, 8, data, &word), ENV_IS_BLOCK);
+  EXPECT_STREQ(name, "s");
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_NOT_FOUND);
+  // A too small buffer ends the iteration.
+  put("longname", "x");
+  EXPECT_EQ(env_get_first(env_, "s", nullptr, 1, &id, 8, name, 8, data, &word), ENV_IS_DATA);
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_IS_EXTERNAL);
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_IS_BLOCK);
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_TOO_SMALL);
+  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_NOT_FOUND);
+}
+
+TEST_F(EnvValues, DoubleGrammar) {
+  const std::pair<const char*, double> good[] = {
+      {"1.5", 1.5}, {".5", 0.5},   {"5.", 5.0},     {"+5", 5.0},        {"-5", -5.0},
+      {"1e5", 1e5}, {"1E+5", 1e5}, {"1d3", 1000.0}, {"1e", 1.0},        {" \t2.5 \t", 2.5},
+      {"7\n", 7.0}, {"8\rjunk", 8.0}, {"-.25e-2", -0.0025}};
+  for (const auto& [text, value] : good) {
+    double out = -99;
+    EXPECT_EQ(get_double(text, &out), 5) << text;
+    EXPECT_DOUBLE_EQ(out, value) << text;
+  }
+  for (const char* bad : {"", "1,5", "1e+", "x", ".", "+", "1 2", "--1"}) {
+    double out = -99;
+    EXPECT_EQ(get_double(bad, &out), ENV_BAD_FORMAT) << bad;
+  }
+  double out = 0;
+  EXPECT_EQ(get_double("3.5x", &out), ENV_BAD_FORMAT);
+  EXPECT_EQ(out, 3.5);  // stored before the rest of the text was looked at
+}
+
+TEST_F(EnvValues, LongGrammar) {
+  int32_t out = 0;
+  put("v", "12.5");
+  EXPECT_EQ(env_get_long(env_, "s", "v", 1, &out), ENV_BAD_FORMAT);
+  EXPECT_EQ(out, 12);
+  put("v", " -42 \nanything");
+  EXPECT_EQ(env_get_long(env_, "s", "v", 1, &out), 5);
+  EXPECT_EQ(out, -42);
+  EXPECT_EQ(env_get_long(env_, "s", "missing", 1, &out), ENV_NOT_FOUND);
+  EXPECT_EQ(env_get_long(env_, "s", nullptr, 1, &out), ENV_IS_DATA);
+}
+
+TEST_F(EnvValues, Lists) {
+  double d[4];
+  int32_t count = 4;
+  put("v", "1, 2 ,3");
+  EXPECT_EQ(env_get_doubles(env_, "s", "v", 1, &count, d), 5);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(d[2], 3.0);
+  for (const char* bad : {"1,,2", "1,2,", ""}) {
+    put("v", bad);
+    count = 4;
+    EXPECT_EQ(env_get_doubles(env_, "s", "v", 1, &count, d), ENV_BAD_FORMAT) << bad;
+    EXPECT_EQ(count, 0);
+  }
+  int32_t l[2] = {0, 0};
+  put("v", "7,8,9");
+  count = 2;
+  EXPECT_EQ(env_get_longs(env_, "s", "v", 1, &count, l), ENV_TOO_SMALL);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(l[0], 7);
+  EXPECT_EQ(l[1], 8);
+  put("v", "7,8,9,x");  // too many and bad: the grammar wins
+  count = 2;
+  EXPECT_EQ(env_get_longs(env_, "s", "v", 1, &count, l), ENV_BAD_FORMAT);
+}
+
+TEST_F(EnvValues, WordLists) {
+  char a[4], b[4];
+  char* slots[] = {a, b};
+  int32_t count = 2;
+  put("v", "ab , c1");
+  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), 5);
+  EXPECT_EQ(count, 2);
+  EXPECT_STREQ(a, "ab");
+  EXPECT_STREQ(b, "c1");
+  for (const char* bad : {"a_b", "a b"}) {
+    put("v", bad);
+    count = 2;
+    EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), ENV_BAD_FORMAT) << bad;
+  }
+  put("v", "abcd");
+  count = 2;
+  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), ENV_TOO_SMALL);
+  char* none[] = {nullptr};
+  put("v", "x");
+  count = 1;
+  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, none), ENV_TOO_SMALL);
+}
+
+TEST_F(EnvValues, GetString) {
+  put("v", "hello");
+  char out[8] = "zzz";
+  EXPECT_EQ(env_get_string(env_, "s", "v", 1, 5, out), ENV_TOO_SMALL);
+  EXPECT_STREQ(out, "");
+  EXPECT_EQ(env_get_string(env_, "s", "v", 1, 6, out), 5);
+  EXPECT_STREQ(out, "hello");
+  EXPECT_EQ(env_get_string(env_, "s", "zzz", 1, 6, out), ENV_NOT_FOUND);
+  EXPECT_STREQ(out, "");
+}
+
+TEST_F(EnvValues, TypedWritesInTheCLocale) {
+  const char* old = std::setlocale(LC_ALL, nullptr);
+  const std::string saved = old ? old : "C";
+  std::setlocale(LC_ALL, "de_DE.UTF-8");
+  EXPECT_EQ(env_put_double(env_, "s", "pi", 3.14159265), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "pi"), "3.14159");
+  env_put_double(env_, "s", "big", 1e6);
+  EXPECT_EQ(get_text(env_, "s", "big"), "1e+06");
+  env_put_double(env_, "s", "half", 0.5);
+  EXPECT_EQ(get_text(env_, "s", "half"), "0.5");
+  env_put_long(env_, "s", "n", -2147483647 - 1);
+  EXPECT_EQ(get_text(env_, "s", "n"), "-2147483648");
+  env_put_format(env_, "s", "f", "%.2f|%d", 1.5, 3);
+  EXPECT_EQ(get_text(env_, "s", "f"), "1.50|3");
+  double back = 0;
+  EXPECT_EQ(env_get_double(env_, "s", "pi", 1, &back), 5);
+  EXPECT_DOUBLE_EQ(back, 3.14159);
+  std::setlocale(LC_ALL, saved.c_str());
+}
+
+TEST_F(EnvValues, ListWrites) {
+  const double d[] = {1.5, -2, 1e-7};
+  EXPECT_EQ(env_put_doubles(env_, "s", "d", 3, d), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "d"), "1.5,-2,1e-07");
+  const int32_t l[] = {1, 22, -3};
+  EXPECT_EQ(env_put_longs(env_, "s", "l", 3, l), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "l"), "1,22,-3");
+  const char* words[] = {"a,b", "c"};
+  EXPECT_EQ(env_put_strings(env_, "s", "w", 2, words), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "w"), "a,b,c");
+  EXPECT_EQ(env_put_longs(env_, "s", "l", 0, l), ENV_ERROR);
+  EXPECT_EQ(env_put_doubles(env_, "s", "l", 1, nullptr), ENV_ERROR);
+  const char* none[] = {nullptr, "x"};
+  EXPECT_EQ(env_put_strings(env_, "s", "w", 2, none), ENV_ERROR);
+  EXPECT_EQ(get_text(env_, "s", "w"), "a,b,c");
+  const char* cut[] = {"a", nullptr, "b"};
+  EXPECT_EQ(env_put_strings(env_, "s", "w", 3, cut), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "w"), "a");
+}
+
+TEST_F(EnvValues, LongListsAreCutAtTheTextLimit) {
+  int32_t values[300];
+  for (int32_t i = 0; i < 300; ++i) values[i] = 1000 + i;  // 4 digits and a comma each
+  EXPECT_EQ(env_put_longs(env_, "s", "l", 300, values), ENV_OK);
+  const std::string text = get_text(env_, "s", "l");
+  EXPECT_EQ(text.size(), 1020u);  // 204 items with their commas, and one more comma fits
+  EXPECT_EQ(text.back(), ',');
+  int32_t back[300];
+  int32_t count = 300;
+  EXPECT_EQ(env_get_longs(env_, "s", "l", 1, &count, back), ENV_BAD_FORMAT);
+}
+
+TEST_F(EnvValues, FormatLimit) {
+  EXPECT_EQ(env_put_format(env_, "s", "f", "%s", std::string(1023, 'x').c_str()), ENV_OK);
+  EXPECT_EQ(env_data_length(env_, "s", "f", 1), 1023);
+  EXPECT_EQ(env_put_format(env_, "s", "f", "%s", std::string(1024, 'y').c_str()), ENV_ERROR);
+  EXPECT_EQ(env_data_length(env_, "s", "f", 1), 1023);
+  EXPECT_EQ(env_put(env_, "s", "f", nullptr), ENV_ERROR);
+}
+
+}  // namespace
+}  // namespace tiv::test
