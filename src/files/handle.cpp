@@ -47,11 +47,6 @@ void check_header(fio_handle& h) {
 
 }  // namespace
 
-int read_char(fio_handle* handle) noexcept {
-  if (handle->mode & FIO_TEXT) return platform::get_text_char(handle->stream);
-  return getc_unlocked(handle->stream);
-}
-
 }  // namespace tiv::files
 
 using namespace tiv::files;

@@ -10,6 +10,8 @@
 
 #include <tivlib/fio.h>
 
+#include "platform/files.h"
+
 struct fio_handle {
   std::FILE* stream;
   int32_t byte_order;  // FIO_ORDER_HOST, FIO_ORDER_MOTOROLA or FIO_ORDER_NONE
@@ -28,7 +30,11 @@ inline constexpr char kIntelTag[] = "INTEL   ";
 inline constexpr char kMotorolaTag[] = "MOTOROLA";
 inline constexpr std::size_t kHeaderField = 8;
 
-// Reads one byte of the handle; on a text stream CR LF arrives as LF.
-int read_char(fio_handle* handle) noexcept;
+// Reads one byte of the handle; on a text stream CR LF arrives as LF. Inline: it is the
+// inner loop of fio_getchar and the line reads.
+inline int read_char(fio_handle* handle) noexcept {
+  if (handle->mode & FIO_TEXT) return platform::get_text_char(handle->stream);
+  return getc_unlocked(handle->stream);
+}
 
 }  // namespace tiv::files

@@ -73,10 +73,10 @@ bool set_current_drive(int drive) noexcept {
   if (drive == s.current) return true;
   try {
     std::string target = s.remembered[drive].empty() ? drive_root(drive) : s.remembered[drive];
-    if (target.empty()) target = "/";
-    const std::optional<std::string> here = process_directory();
+    if (target.empty()) target.push_back('/');
+    std::optional<std::string> here = process_directory();
     if (::chdir(target.c_str()) != 0) return false;
-    if (here) s.remembered[s.current] = *here;
+    if (here) s.remembered[s.current].swap(*here);
     s.current = drive;
     return true;
   } catch (const std::bad_alloc&) {
