@@ -34,7 +34,7 @@ bool name_matches(std::string_view query, std::string_view kind, std::string_vie
 // Row reading. read_name gives false when the kind is empty (end of the file).
 bool read_name(profil_handle& h, char* kind, char* size);
 void clear_values(const profil_handle& h, double* values);
-double field_value(const profil_handle& h, int32_t column, const char* token);
+double field_value(const profil_handle& h, int32_t column, const char* token, int length);
 // Reads columns 2.. of a row, storing the wanted ones.
 void read_wanted_values(profil_handle& h, double* values);
 // "kind size" into result (kResultSize characters), if result is given.

@@ -2,7 +2,12 @@
 #include "profile/reader.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace tiv::profile {
 namespace {
@@ -36,11 +41,11 @@ bool refill(profil_handle& h) {
 }
 
 // Next byte of the file (0..255) with CR LF read as LF, or kEnd.
-int fetch(profil_handle& h) {
+inline int fetch(profil_handle& h) {
   Window& w = h.window;
-  if (w.next >= w.filled && !refill(h)) return kEnd;
+  if (w.next >= w.filled && !refill(h)) [[unlikely]] return kEnd;
   const unsigned char b = w.bytes[w.next++];
-  if (b != '\r') return b;
+  if (b != '\r') [[likely]] return b;
   if (w.next >= w.filled && !refill(h)) return b;
   if (w.bytes[w.next] == '\n') {
     ++w.next;
@@ -74,9 +79,34 @@ int32_t find_line_stop(const Window& w) {
   return w.next + static_cast<int32_t>(upto);
 }
 
+constexpr bool is_blank_or_tab(unsigned char b) { return b == ' ' || b == '\t'; }
+
+// Passes separators before a token and leaves its first character in `current`. Gives false at
+// the end of the file. Runs of blanks and tabs are taken straight from the window: moving onto
+// a blank, a tab or a token character never ends a line, so only LF, CR, 255 and the end of
+// the window need the tracked advance.
+bool skip_separators(profil_handle& h) {
+  Window& w = h.window;
+  while (is_separator(h.current)) {
+    int32_t run = w.next;
+    while (run < w.filled && is_blank_or_tab(w.bytes[run])) ++run;
+    if (run < w.filled && kPlain[w.bytes[run]]) {
+      h.current = as_signed(w.bytes[run]);
+      w.next = run + 1;
+      return true;
+    }
+    if (run > w.next) {
+      h.current = w.bytes[run - 1];
+      w.next = run;
+    }
+    tracked_advance(h);
+  }
+  return h.current != kEnd;
+}
+
 // Token body, shared by read_token and skip_token. `current` is the token's first character.
-// Plain runs are taken straight from the window; everything else goes through the tracked
-// advance.
+// Plain runs are taken straight from the window, and so is a blank or tab that ends the token
+// (no line ends there); everything else goes through the tracked advance.
 template <bool Keep>
 int token_body(profil_handle& h, char* out) {
   int kept = 0;
@@ -87,15 +117,20 @@ int token_body(profil_handle& h, char* out) {
     }
     int32_t run = w.next;
     while (run < w.filled && kPlain[w.bytes[run]]) ++run;
-    if (run > w.next) {
-      if constexpr (Keep) {
-        const int room = kFieldMax - kept;
-        const int take = run - w.next < room ? run - w.next : room;
-        if (take > 0) {
-          std::memcpy(out + kept, w.bytes + w.next, static_cast<size_t>(take));
-          kept += take;
-        }
+    if constexpr (Keep) {
+      const int room = kFieldMax - kept;
+      const int take = run - w.next < room ? run - w.next : room;
+      if (take > 0) {
+        std::memcpy(out + kept, w.bytes + w.next, static_cast<size_t>(take));
+        kept += take;
       }
+    }
+    if (run < w.filled && is_blank_or_tab(w.bytes[run])) {
+      h.current = w.bytes[run];
+      w.next = run + 1;
+      break;
+    }
+    if (run > w.next) {
       h.current = as_signed(w.bytes[run - 1]);
       w.next = run;
     }
@@ -104,12 +139,6 @@ int token_body(profil_handle& h, char* out) {
   }
   if constexpr (Keep) out[kept] = '\0';
   return kept;
-}
-
-// Passes separators before a token. Gives false at the end of the file.
-bool skip_separators(profil_handle& h) {
-  while (is_separator(h.current)) tracked_advance(h);
-  return h.current != kEnd;
 }
 
 // Raw-advances past the next line end. Gives false if the file ends first.
@@ -184,6 +213,70 @@ bool skip_token(profil_handle& h) {
   if (!skip_separators(h)) return false;
   token_body<false>(h, nullptr);
   return true;
+}
+
+#if defined(__SSE2__)
+namespace {
+
+// Passes whole fields 16 bytes at a time while the window holds only blanks, tabs and field
+// characters; stops in front of any LF, CR or 255, which need the tracked advance, and near
+// the end of the window. `current` must be a separator or a field character. Gives the
+// number of fields still to pass; the reader may stand inside a field or a separator run then,
+// which skip_token continues correctly.
+int32_t skip_tokens_in_window(profil_handle& h, int32_t n) {
+  Window& w = h.window;
+  const __m128i blank = _mm_set1_epi8(' ');
+  const __m128i tab = _mm_set1_epi8('\t');
+  const __m128i lf = _mm_set1_epi8('\n');
+  const __m128i cr = _mm_set1_epi8('\r');
+  const __m128i ff = _mm_set1_epi8(static_cast<char>(0xFF));
+  uint32_t previous_in_field = is_separator(h.current) ? 0u : 1u;
+  int32_t i = w.next;
+  while (n > 0 && i + 16 <= w.filled) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(w.bytes + i));
+    const auto sep = static_cast<uint32_t>(
+        _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(v, blank), _mm_cmpeq_epi8(v, tab))));
+    const auto special = static_cast<uint32_t>(_mm_movemask_epi8(
+        _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, lf), _mm_cmpeq_epi8(v, cr)), _mm_cmpeq_epi8(v, ff))));
+    const uint32_t usable = special ? (special & (0u - special)) - 1u : 0xFFFFu;
+    const uint32_t in_field = ~sep & 0xFFFFu;
+    // A field ends at a separator byte whose previous byte belongs to a field.
+    const uint32_t ends = sep & ((in_field << 1) | previous_in_field) & usable;
+    const auto count = static_cast<int32_t>(std::popcount(ends));
+    if (count >= n) {
+      uint32_t e = ends;
+      for (int32_t k = 1; k < n; ++k) e &= e - 1;
+      i += std::countr_zero(e) + 1;
+      n = 0;
+      break;
+    }
+    if (special) {
+      // Up to the bytes before the special one, then the tracked advance takes over.
+      const int32_t stop = std::countr_zero(special);
+      i += stop;
+      n -= count;
+      break;
+    }
+    n -= count;
+    previous_in_field = (in_field >> 15) & 1u;
+    i += 16;
+  }
+  if (i > w.next) {
+    h.current = as_signed(w.bytes[i - 1]);
+    w.next = i;
+  }
+  return n;
+}
+
+}  // namespace
+#endif
+
+void skip_tokens(profil_handle& h, int32_t n) {
+#if defined(__SSE2__)
+  if (n > 0 && h.current != kEnd) n = skip_tokens_in_window(h, n);
+#endif
+  for (; n > 0; --n)
+    if (!skip_token(h)) return;
 }
 
 void skip_line(profil_handle& h) {

@@ -33,6 +33,9 @@ int read_token(profil_handle& h, char* out);
 // As read_token, keeping nothing. Gives false at the end of the file.
 bool skip_token(profil_handle& h);
 
+// Passes the next n fields, as n calls of skip_token would.
+void skip_tokens(profil_handle& h, int32_t n);
+
 // Passes the rest of the current line and its line end (tracked), and reads one more
 // character.
 void skip_line(profil_handle& h);

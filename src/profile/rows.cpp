@@ -4,7 +4,9 @@
 
 #include <tivlib/convert.h>
 
+#include <charconv>
 #include <cstring>
+#include <system_error>
 
 namespace tiv::profile {
 
@@ -19,10 +21,32 @@ void clear_values(const profil_handle& h, double* values) {
   for (int32_t i = 0; i < h.item_count; ++i) values[i] = -1.0;
 }
 
+namespace {
+
+constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// The number of a field as convert_stod reads it. A field that is one plain decimal number
+// (digits, point, exponent; no "inf", "nan" or hexadecimal, no other characters) is converted
+// by std::from_chars, which rounds correctly just as strtod does and needs no locale; every
+// other text goes to convert_stod with its own rules.
+double field_number(const char* token, int length) {
+  const char* p = token + (token[0] == '-');
+  if (is_digit(p[0]) || (p[0] == '.' && is_digit(p[1]))) {
+    const char* end = token + length;
+    double value = 0.0;
+    const auto [stop, error] = std::from_chars(token, end, value, std::chars_format::general);
+    if (error == std::errc() && stop == end) return value;
+  }
+  return convert_stod(token);
+}
+
+}  // namespace
+
 // "nil" is a value the section does not have: -1.0, scaled like every other value, so that a
 // negative value always tells of a missing one.
-double field_value(const profil_handle& h, int32_t column, const char* token) {
-  const double value = std::strcmp(token, "nil") == 0 ? -1.0 : convert_stod(token);
+double field_value(const profil_handle& h, int32_t column, const char* token, int length) {
+  const bool nil = length == 3 && token[0] == 'n' && token[1] == 'i' && token[2] == 'l';
+  const double value = nil ? -1.0 : field_number(token, length);
   return value * h.column_factor[column];
 }
 
@@ -31,11 +55,13 @@ void read_wanted_values(profil_handle& h, double* values) {
   for (int32_t c = 2; c < h.column_count; ++c) {
     const int32_t item = h.column_item[c];
     if (item < 0) {
-      skip_token(h);
+      int32_t unwanted = 1;
+      while (c + 1 < h.column_count && h.column_item[c + 1] < 0) ++c, ++unwanted;
+      skip_tokens(h, unwanted);
       continue;
     }
-    read_token(h, token);
-    const double value = field_value(h, c, token);
+    const int length = read_token(h, token);
+    const double value = field_value(h, c, token, length);
     if (values) values[item] = value;
   }
 }

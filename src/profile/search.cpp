@@ -93,13 +93,16 @@ bool read_checked_values(profil_handle& h, double* values) {
     const bool searched = h.column_searched[c] != 0;
     const int32_t item = h.column_item[c];
     if (!searched && item < 0) {
-      skip_token(h);
+      int32_t unused = 1;
+      while (c + 1 < h.column_count && h.column_searched[c + 1] == 0 && h.column_item[c + 1] < 0)
+        ++c, ++unused;
+      skip_tokens(h, unused);
       continue;
     }
-    read_token(h, token);
-    const double value = field_value(h, c, token);
+    const int length = read_token(h, token);
+    const double value = field_value(h, c, token, length);
     if (searched && !passes(h, c, value)) {
-      for (++c; c < h.column_count; ++c) skip_token(h);
+      skip_tokens(h, h.column_count - c - 1);
       return false;
     }
     if (item >= 0 && values) values[item] = value;
