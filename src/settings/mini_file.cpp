@@ -72,11 +72,12 @@ extern "C" int32_t mini_update_file(mini_file* handle) noexcept {
   // every section never loaded.
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
   if (in == nullptr && (handle->flags & MINI_REPLACE) == 0 && file_exists(handle)) return 0;
-  char tmpname[FIO_PATH_BUFFER];
+  char tmpname[FIO_PATH_BUFFER] = "";
   fio_handle* out = fio_tmpnam(tmpname) != nullptr ? fio_open("", tmpname, FIO_WRITE | FIO_TEXT)
                                                    : nullptr;
   if (out == nullptr) {
     fio_close(in);
+    if (tmpname[0] != '\0') fio_purge("", tmpname);  // created before its handle failed?
     return 0;
   }
   bool ok = merge(handle, in, fio_fp(out));
