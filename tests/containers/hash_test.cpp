@@ -30,35 +30,29 @@ struct Table {
     operator hash_table *() const { return t; }
 };
 
-// Fills a table with distinct names until hash_put fails; gives how many went in.
+// Puts distinct names until hash_put fails; gives how many went in.
 int fill(hash_table *t) {
     int n = 0;
     while (hash_put(t, ("k" + std::to_string(n)).c_str(), n) >= 0) ++n;
     return n;
 }
 
-TEST(HashSize, SmallestOddPrimeNotBelowTheWantedSize) {
-    EXPECT_EQ(table_size(10), 11);
+TEST(Hash, SizeIsTheSmallestOddPrimeNotBelowTheWish) {
     EXPECT_EQ(table_size(9), 11);
-    EXPECT_EQ(table_size(11), 11);
-    EXPECT_EQ(table_size(1), 3);
-    EXPECT_EQ(table_size(-7), 3);
     EXPECT_EQ(table_size(2), 3);
-    EXPECT_EQ(table_size(4), 5);
     EXPECT_EQ(table_size(25), 29);
     EXPECT_EQ(table_size(2147483647), 2147483647);
-    for (int32_t wanted : {10, 9, 1, -7}) {
+    for (int32_t wanted : {10, 9, 11, 1, -7}) {
         Table t(wanted, nullptr);
         EXPECT_EQ(fill(t), static_cast<int>(table_size(wanted))) << wanted;
     }
     EXPECT_EQ(hash_open(1, 2000000000, nullptr, nullptr), nullptr);
 }
 
-TEST(Hash, FullTableRefusesNewNamesAndKeepsOldOnes) {
+TEST(Hash, FullTableRefusesNewNamesButReplacesValues) {
     Table t(3);
     EXPECT_EQ(fill(t), 3);
     EXPECT_EQ(hash_put(t, "new", 9), -1);
-    EXPECT_EQ(hash_get(t, "new", nullptr, nullptr), -1);
     intptr_t v = 0;
     const int32_t at = hash_get(t, "k1", &v, nullptr);
     EXPECT_EQ(v, 1);
@@ -67,46 +61,34 @@ TEST(Hash, FullTableRefusesNewNamesAndKeepsOldOnes) {
     EXPECT_EQ(v, 42);
 }
 
-TEST(Hash, DefaultFunctionCollisionTakesTheSecondProbeSlot) {
+TEST(Hash, DefaultFunctionCollisionAndAbsentNames) {
     Table t(11, nullptr);
     // 'a' + 'b' = 195: primary slot 195 % 10 + 1 = 6; the second lands in 12 % 11 = 1.
     EXPECT_EQ(hash_put(t, "ab", 1), 6);
     EXPECT_EQ(hash_put(t, "ba", 2), 1);
-    intptr_t v = 0;
-    EXPECT_EQ(hash_get(t, "ba", &v, nullptr), 1);
+    intptr_t v = 0, id = 7;
+    EXPECT_EQ(hash_get(t, "ba", &v, &id), 1);
     EXPECT_EQ(v, 2);
-    EXPECT_EQ(hash_get(t, "abc", &v, nullptr), -1);  // 294: primary slot 5 is free
-    EXPECT_EQ(hash_get(t, "`c", &v, nullptr), -1);   // 195 too: its slots are taken
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(hash_get(t, "abc", &v, &id), -1);  // 294: primary slot 5 is free
+    EXPECT_EQ(hash_get(t, "`c", &v, &id), -1);   // 195 too: its slots are taken
+    EXPECT_EQ(hash_get(nullptr, "ab", &v, &id), -1);
+    EXPECT_EQ(hash_get(t, nullptr, &v, &id), -1);
     EXPECT_EQ(v, 2);
+    EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
+    EXPECT_EQ(hash_put(t, nullptr, 1), -1);
+    EXPECT_EQ(hash_remove_name(t, nullptr), -1);
 }
 
-TEST(Hash, DefaultFunctionSumsSignedBytes) {
+TEST(Hash, DefaultFunctionSumsSignedBytesAndReportsNil) {
     tiv::test::TempDir dir;
     using tiv::containers::hash::default_function;
     EXPECT_EQ(default_function(""), 0);
-    EXPECT_EQ(default_function("ab"), 195);
     EXPECT_EQ(default_function("\xff\xff"), -2);
-    EXPECT_FALSE(tiv::test::file_exists("zv.err"));
     EXPECT_EQ(default_function(nullptr), 0);
     const std::string log = tiv::test::read_file("zv.err");
     EXPECT_TRUE(std::regex_match(log, std::regex(">ERROR   in \"Hash\" line \\d+:\n   NIL  parameter!\n\n\n\n\n")))
         << log;
-}
-
-TEST(Hash, AbsentNameGivesMinusOneAndLeavesOutputs) {
-    Table t(11);
-    hash_put(t, "a:5", 1);
-    intptr_t v = 77, id = 88;
-    EXPECT_EQ(hash_get(t, "b:5", &v, &id), -1);  // primary slot taken by another name
-    EXPECT_EQ(hash_get(t, "b:6", &v, &id), -1);  // primary slot free
-    EXPECT_EQ(hash_get(nullptr, "a:5", &v, &id), -1);
-    EXPECT_EQ(hash_get(t, nullptr, &v, &id), -1);
-    EXPECT_EQ(v, 77);
-    EXPECT_EQ(id, 88);
-    EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
-    EXPECT_EQ(hash_put(t, nullptr, 1), -1);
-    EXPECT_EQ(hash_remove_name(t, nullptr), -1);
-    EXPECT_EQ(hash_remove_name(nullptr, "a:5"), -1);
 }
 
 TEST(HashChain, ChildSeesParentAndHidesItWithItsOwnEntry) {
@@ -117,70 +99,58 @@ TEST(HashChain, ChildSeesParentAndHidesItWithItsOwnEntry) {
     EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
     EXPECT_EQ(v, 1);
     EXPECT_EQ(id, 100);
-    // The child took the parent's function: "x:3" goes to 3 % 4 + 1 = 4 of 5 slots too.
+    // The child took the parent's function: "x:3" goes to 3 % 4 + 1 = 4 of its 5 slots.
     EXPECT_EQ(hash_put(child, "x:3", 2), 4);
     EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
     EXPECT_EQ(v, 2);
     EXPECT_EQ(id, 200);
-    EXPECT_EQ(hash_get(parent, "x:3", &v, &id), 4);
-    EXPECT_EQ(v, 1);
     EXPECT_EQ(hash_remove_name(child, "x:3"), 4);
     EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
-    EXPECT_EQ(v, 1);
     EXPECT_EQ(id, 100);
 }
 
 TEST(HashChain, PrimarySlotAnywhereBeatsProbingAndFewerStepsWin) {
     Table parent(11, chosen_hash, nullptr, 1);
     Table child(11, nullptr, parent, 2);
-    // In the child "n" has to be probed for (its primary slot 2 holds "m"); in the parent it
-    // sits in its primary slot: the parent's wins.
+    // Probed for in the child (slot 2 holds "m"), in its primary slot in the parent.
     hash_put(child, "m:1", 0);
     EXPECT_EQ(hash_put(child, "n:1", 10), 4);
     EXPECT_EQ(hash_put(parent, "n:1", 20), 2);
     intptr_t v = 0, id = 0;
     EXPECT_EQ(hash_get(child, "n:1", &v, &id), 2);
     EXPECT_EQ(id, 1);
-    // Both probed at the same step: the inner table wins.
+    // Probed for in both at the same step: the inner table wins.
     hash_remove_name(parent, "n:1");
     hash_put(parent, "m:1", 0);
     EXPECT_EQ(hash_put(parent, "n:1", 20), 4);
     EXPECT_EQ(hash_get(child, "n:1", &v, &id), 4);
-    EXPECT_EQ(v, 10);
     EXPECT_EQ(id, 2);
-    // Fewer steps in the parent win over more steps in the child.
+    // Fewer steps in the parent beat more in the child.
     hash_remove_name(child, "n:1");
     hash_put(child, "o:1", 0);
     EXPECT_EQ(hash_put(child, "n:1", 10), 6);
     EXPECT_EQ(hash_get(child, "n:1", &v, &id), 4);
     EXPECT_EQ(id, 1);
-    // An absent name ends once both cycles close together.
+    // A miss ends in the sweep where both cycles close together.
     EXPECT_EQ(hash_get(child, "zz:1", &v, &id), -1);
-    EXPECT_EQ(child.t->probe_start, 2);
     EXPECT_EQ(child.t->probe_pos, 2);
-}
-
-TEST(HashChain, MissInChainOfDifferentSizesEnds) {
-    Table parent(3, chosen_hash);
-    Table child(7, nullptr, parent);
-    EXPECT_EQ(fill(parent), 3);
-    hash_put(child, "c:0", 1);
-    EXPECT_EQ(hash_get(child, "absent:4", nullptr, nullptr), -1);
-    EXPECT_GE(hash_get(child, "k2", nullptr, nullptr), 0);
+    Table small(3, chosen_hash);
+    Table inner(7, nullptr, small);
+    EXPECT_EQ(fill(small), 3);
+    EXPECT_EQ(hash_get(inner, "absent:4", nullptr, nullptr), -1);
 }
 
 TEST(HashChain, ParentWithOpenChildIsNotClosed) {
     hash_table *parent = hash_open(1, 5, nullptr, nullptr);
     hash_table *child = hash_open(2, 5, nullptr, parent);
     hash_put(parent, "p", 7);
-    hash_close(parent);  // refused: still has a child
+    hash_close(parent);  // refused: it still has a child
     intptr_t v = 0;
     EXPECT_GE(hash_get(parent, "p", &v, nullptr), 0);
     EXPECT_EQ(v, 7);
-    EXPECT_EQ(parent->children, 1);
     hash_close(child);
     EXPECT_EQ(parent->children, 0);
-    hash_close(parent);  // leak checkers see a refused close here
+    hash_close(parent);  // the leak checker sees a refused close here
     hash_close(nullptr);
 }
 
@@ -191,15 +161,12 @@ TEST(HashRemoval, HoleOnTheProbePath) {
     EXPECT_EQ(hash_remove_name(t, "A:2"), 3);
     intptr_t v = 0;
     EXPECT_EQ(hash_get(t, "B:2", &v, nullptr), 6);  // the hole does not hide B
-    EXPECT_EQ(v, 2);
     EXPECT_EQ(hash_remove_name(t, "B:2"), -1);      // the storing probe stops at the hole
-    EXPECT_EQ(hash_put(t, "B:2", 3), 3);            // a second B in the hole
+    EXPECT_EQ(hash_put(t, "B:2", 3), 3);            // a second B, in the hole
     EXPECT_EQ(hash_get(t, "B:2", &v, nullptr), 3);
     EXPECT_EQ(v, 3);
     EXPECT_EQ(hash_remove_index(t, 6), 6);
-    EXPECT_EQ(hash_remove_index(t, 6), -1);
-    EXPECT_EQ(hash_remove_index(t, 11), -1);
-    EXPECT_EQ(hash_remove_index(t, -1), -1);
+    for (int32_t index : {6, 11, -1}) EXPECT_EQ(hash_remove_index(t, index), -1);
     EXPECT_EQ(hash_remove_index(nullptr, 3), -1);
 }
 
@@ -212,14 +179,12 @@ TEST(HashIndex, ReadsCopiesAndRefusesFreeSlots) {
     EXPECT_EQ(name, nullptr);
     EXPECT_EQ(v, 5);
     EXPECT_EQ(hash_get_index(t, 11, &name, &v), -1);
-    EXPECT_EQ(hash_get_index(nullptr, 5, &name, &v), -1);
     EXPECT_EQ(hash_get_index(t, 5, &name, &v), 5);
     ASSERT_NE(name, nullptr);
     EXPECT_STREQ(name, "name:4");
     EXPECT_NE(name, t.t->slots[5].name);
     EXPECT_EQ(v, 44);
     heap_free(name);
-    EXPECT_EQ(hash_get_index(t, 5, nullptr, nullptr), 5);
 }
 
 TEST(HashReset, ForgetsNamesAndStaysUsable) {
@@ -232,14 +197,12 @@ TEST(HashReset, ForgetsNamesAndStaysUsable) {
     EXPECT_EQ(t.t->probe_start, -1);
     EXPECT_EQ(hash_get(t, "a:1", nullptr, nullptr), -1);
     EXPECT_EQ(hash_put(t, "b:1", 2), 2);
-    EXPECT_EQ(t.t->parent, parent.t);
     EXPECT_EQ(parent.t->children, 1);
-    hash_reset(nullptr);
 }
 
 #ifdef TIVLIB_FAULT_INJECTION
 TEST(HashFaults, EveryAllocationFailureIsCleanlyRefused) {
-    for (long n = 1;; ++n) {  // open
+    for (long n = 1;; ++n) {
         tiv::fault::fail_allocation_at(n);
         hash_table *t = hash_open(1, 7, nullptr, nullptr);
         const bool hit = tiv::fault::allocation_failure_hit();
@@ -253,14 +216,14 @@ TEST(HashFaults, EveryAllocationFailureIsCleanlyRefused) {
     }
     Table t(7);
     hash_put(t, "old", 1);
-    tiv::fault::fail_allocation_at(1);  // put of a new name
+    tiv::fault::fail_allocation_at(1);
     EXPECT_EQ(hash_put(t, "new", 2), -1);
     EXPECT_EQ(hash_get(t, "new", nullptr, nullptr), -1);
-    tiv::fault::fail_allocation_at(1);  // put of a name that is there needs no memory
+    tiv::fault::fail_allocation_at(1);  // replacing a value needs no memory
     EXPECT_GE(hash_put(t, "old", 3), 0);
     EXPECT_FALSE(tiv::fault::allocation_failure_hit());
     const int32_t at = hash_get(t, "old", nullptr, nullptr);
-    tiv::fault::fail_allocation_at(1);  // the name copy of get_index
+    tiv::fault::fail_allocation_at(1);  // the copy of get_index
     char *name = reinterpret_cast<char *>(1);
     intptr_t v = 0;
     EXPECT_EQ(hash_get_index(t, at, &name, &v), at);

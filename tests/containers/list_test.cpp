@@ -18,10 +18,7 @@ struct Node {
 
 Node *junk() { return reinterpret_cast<Node *>(uintptr_t{0x10}); }
 
-// A node whose links are garbage, so that tests see every link being set.
-Node make(int v) { return Node{junk(), junk(), v}; }
-
-// Values by next from first; also checks that the descriptor and back links agree.
+// Values by next from first; also checks that the descriptor and the back links agree.
 std::vector<int> values(const listdescriptor &l) {
     std::vector<int> out;
     void *prev = nullptr;
@@ -41,11 +38,14 @@ std::string error_record(const std::string &text) {
 
 int32_t match_value(void *e, intptr_t key) { return static_cast<Node *>(e)->value == key ? 1 : 0; }
 int32_t match_two(void *, intptr_t) { return 2; }
+int destroyed = 0;
+void count_destroy(void *) { ++destroyed; }
 
 class ListTest : public tiv::test::InTempDir {
  protected:
     listdescriptor list{};
-    Node a = make(1), b = make(2), c = make(3), d = make(4);
+    // Links start as garbage, so tests see every link being set.
+    Node a{junk(), junk(), 1}, b{junk(), junk(), 2}, c{junk(), junk(), 3}, d{junk(), junk(), 4};
     void fill() {
         for (Node *n : {&a, &b, &c}) list_insert_after(&list, nullptr, n);
     }
@@ -55,147 +55,91 @@ class ListTest : public tiv::test::InTempDir {
 TEST_F(ListTest, InitEmptiesAndNilIsReported) {
     list = {7, &a, &b};
     list_init(&list);
-    EXPECT_EQ(list.count, 0);
-    EXPECT_EQ(list.first, nullptr);
-    EXPECT_EQ(list.last, nullptr);
+    EXPECT_EQ(values(list), std::vector<int>{});
     list_init(nullptr);
-    EXPECT_TRUE(std::regex_match(log(), std::regex(error_record("list_open: invalid listdescriptor"))))
-        << log();
+    EXPECT_TRUE(std::regex_match(log(), std::regex(error_record("list_open: invalid listdescriptor")))) << log();
 }
 
-TEST_F(ListTest, NilPositionPrependsAndAppends) {
-    list_insert_before(&list, nullptr, &b);
+TEST_F(ListTest, InsertionsSetEveryLink) {
+    list_insert_before(&list, nullptr, &b);  // on an empty list: both links nil
     EXPECT_EQ(b.prev, nullptr);
     EXPECT_EQ(b.next, nullptr);
-    EXPECT_EQ(list.first, &b);
-    EXPECT_EQ(list.last, &b);
-    list_insert_before(&list, nullptr, &a);
-    list_insert_after(&list, nullptr, &c);
-    EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3}));
-
-    listdescriptor other{};
-    list_insert_after(&other, nullptr, &d);
-    EXPECT_EQ(d.prev, nullptr);
-    EXPECT_EQ(d.next, nullptr);
-    EXPECT_EQ(values(other), std::vector<int>{4});
-    EXPECT_FALSE(tiv::test::file_exists("zv.err"));
-}
-
-TEST_F(ListTest, InsertAtPositions) {
-    list_insert_after(&list, nullptr, &b);
-    list_insert_before(&list, &b, &a);  // b is first: a becomes first
-    list_insert_after(&list, &b, &d);   // b is now last: d becomes last
-    list_insert_before(&list, &d, &c);  // between b and d
+    list_insert_before(&list, &b, &a);  // before first
+    list_insert_after(&list, &b, &d);   // after last
+    list_insert_before(&list, &d, &c);  // between
     EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3, 4}));
-    Node e = make(5);
+    Node e{junk(), junk(), 5}, f{junk(), junk(), 6};
     list_insert_after(&list, &a, &e);
-    EXPECT_EQ(values(list), (std::vector<int>{1, 5, 2, 3, 4}));
+    list_insert_before(&list, nullptr, &f);
+    EXPECT_EQ(values(list), (std::vector<int>{6, 1, 5, 2, 3, 4}));
+    EXPECT_FALSE(tiv::test::file_exists("zv.err"));
 }
 
 TEST_F(ListTest, PositionOutOfTheListIsReportedAndChangesNothing) {
     fill();
     Node lone{nullptr, nullptr, 9};
-    Node e = make(5);
-    list_insert_before(&list, &lone, &e);
-    list_insert_after(&list, &lone, &e);
+    list_insert_before(&list, &lone, &d);
+    list_insert_after(&list, &lone, &d);
     EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3}));
-    EXPECT_EQ(e.prev, junk());
-    EXPECT_EQ(lone.prev, nullptr);
+    EXPECT_EQ(d.prev, junk());
     EXPECT_EQ(lone.next, nullptr);
     EXPECT_TRUE(std::regex_match(log(), std::regex(error_record("list_insert_before: list is not in order") +
                                                     error_record("list_insert_after: list is not in order"))))
         << log();
 }
 
-TEST_F(ListTest, DeleteKeepsTheElementsOwnLinks) {
+TEST_F(ListTest, RemovalKeepsTheElementsOwnLinks) {
     fill();
     list_delete(&list, &a);
     EXPECT_EQ(values(list), (std::vector<int>{2, 3}));
     EXPECT_EQ(list_next_elem(&a), &b);
     list_delete(&list, &c);
-    EXPECT_EQ(values(list), std::vector<int>{2});
     EXPECT_EQ(list_prev_elem(&c), &b);
     list_delete(&list, nullptr);
     list_delete(&list, &b);
-    EXPECT_EQ(list.count, 0);
+    EXPECT_EQ(values(list), std::vector<int>{});
     EXPECT_EQ(list.first, nullptr);
-    EXPECT_EQ(list.last, nullptr);
 
-    fill();
-    list_delete(&list, &b);
-    EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
-}
-
-int destroyed = 0;
-void count_destroy(void *e) {
-    ++destroyed;
-    static_cast<Node *>(e)->value = -1;
-}
-
-TEST_F(ListTest, FreeCallsDestroyOnlyForAnElement) {
     fill();
     destroyed = 0;
     list_free(&list, nullptr, count_destroy);
     EXPECT_EQ(destroyed, 0);
     list_free(&list, &b, count_destroy);
+    list_free(&list, &c, nullptr);
     EXPECT_EQ(destroyed, 1);
-    EXPECT_EQ(b.value, -1);
-    EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
-    list_free(&list, &a, nullptr);
-    EXPECT_EQ(values(list), std::vector<int>{3});
+    EXPECT_EQ(values(list), std::vector<int>{1});
 }
 
-TEST_F(ListTest, FreeAllDestroysEveryElement) {
-    for (int i = 0; i < 4; ++i) {
-        auto *n = static_cast<Node *>(heap_malloc(sizeof(Node)));
-        n->value = i;
-        list_insert_after(&list, nullptr, n);
-    }
-    list_free_all(&list, heap_free);  // leak checkers see a missed element
-    EXPECT_EQ(list.count, 0);
-    EXPECT_EQ(list.first, nullptr);
-    EXPECT_EQ(list.last, nullptr);
-
+TEST_F(ListTest, FreeAll) {
+    for (int i = 0; i < 4; ++i) list_insert_after(&list, nullptr, heap_calloc(1, sizeof(Node)));
+    list_free_all(&list, heap_free);  // the leak checker sees a missed element
+    EXPECT_EQ(values(list), std::vector<int>{});
     destroyed = 0;
     list_free_all(&list, count_destroy);
     EXPECT_EQ(destroyed, 0);
-
     fill();
     list_free_all(&list, nullptr);
     EXPECT_EQ(list.first, nullptr);
     EXPECT_EQ(a.next, &b);  // forgotten elements keep their links
-    EXPECT_EQ(c.prev, &b);
 }
 
 TEST_F(ListTest, SearchRanges) {
     fill();
     list_insert_after(&list, nullptr, &d);
     EXPECT_EQ(list_search(&list, match_value, 3), &c);
-    EXPECT_EQ(list_search(&list, match_value, 7), nullptr);
-    EXPECT_EQ(list_search(&list, match_two, 0), nullptr);
+    EXPECT_EQ(list_search(&list, match_two, 0), nullptr);  // 2 does not stop a search
     EXPECT_EQ(list_search_from(&list, &b, match_value, 1), nullptr);
     EXPECT_EQ(list_search_from(&list, &b, match_value, 4), &d);
     EXPECT_EQ(list_search_from(&list, nullptr, match_value, 1), nullptr);
     EXPECT_EQ(list_search_to(&list, &c, match_value, 3), &c);
     EXPECT_EQ(list_search_to(&list, &b, match_value, 3), nullptr);
     EXPECT_EQ(list_search_to(&list, nullptr, match_value, 4), &d);
-    Node outside = make(0);
-    EXPECT_EQ(list_search_to(&list, &outside, match_value, 4), &d);
-    EXPECT_EQ(list_search_from_to(&list, &b, &c, match_value, 3), &c);
     EXPECT_EQ(list_search_from_to(&list, &b, &c, match_value, 4), nullptr);
-    // from behind to: the walk never meets to and runs to the end
-    EXPECT_EQ(list_search_from_to(&list, &c, &a, match_value, 4), &d);
+    EXPECT_EQ(list_search_from_to(&list, &c, &a, match_value, 4), &d);  // to never met
     EXPECT_EQ(list_search_from_to(&list, &c, &a, match_value, 1), nullptr);
-    EXPECT_EQ(list_search_from_to(&list, nullptr, &a, match_value, 1), nullptr);
-}
-
-TEST_F(ListTest, SearchBackwardFindsTheLastMatch) {
-    fill();
-    Node b2 = make(2);
+    Node b2{nullptr, nullptr, 2};
     list_insert_after(&list, nullptr, &b2);
     EXPECT_EQ(list_search_backward(&list, match_value, 2), &b2);
-    EXPECT_EQ(list_search(&list, match_value, 2), &b);
-    EXPECT_EQ(list_search_backward(&list, match_two, 2), nullptr);
 }
 
 struct Visit {
@@ -207,30 +151,23 @@ void visit_and_unlink(void *e, intptr_t key) {
     auto *v = reinterpret_cast<Visit *>(key);
     v->seen.push_back(static_cast<Node *>(e)->value);
     list_delete(v->list, e);
-    static_cast<Node *>(e)->next = nullptr;
-    static_cast<Node *>(e)->prev = nullptr;
+    static_cast<Node *>(e)->next = static_cast<Node *>(e)->prev = nullptr;
 }
 
 TEST_F(ListTest, TraversalsMayUnlinkTheVisitedElement) {
     fill();
     Visit v{&list, {}};
     list_traverse(&list, visit_and_unlink, reinterpret_cast<intptr_t>(&v));
-    EXPECT_EQ(v.seen, (std::vector<int>{1, 2, 3}));
-    EXPECT_EQ(list.count, 0);
     fill();
-    v.seen.clear();
     list_traverse_backward(&list, visit_and_unlink, reinterpret_cast<intptr_t>(&v));
-    EXPECT_EQ(v.seen, (std::vector<int>{3, 2, 1}));
-    EXPECT_EQ(list.first, nullptr);
+    EXPECT_EQ(v.seen, (std::vector<int>{1, 2, 3, 3, 2, 1}));
+    EXPECT_EQ(values(list), std::vector<int>{});
 }
 
 TEST_F(ListTest, NumberedAccessAndMembership) {
     EXPECT_EQ(list_get_element_by_number(&list, 1), nullptr);
-    EXPECT_EQ(list_get_element_by_number(&list, 3), nullptr);
     fill();
-    EXPECT_EQ(list_get_element_by_number(&list, 0), &a);
-    EXPECT_EQ(list_get_element_by_number(&list, -5), &a);
-    EXPECT_EQ(list_get_element_by_number(&list, 1), &a);
+    for (int32_t n : {0, -5, 1}) EXPECT_EQ(list_get_element_by_number(&list, n), &a);
     EXPECT_EQ(list_get_element_by_number(&list, 3), &c);
     EXPECT_EQ(list_get_element_by_number(&list, 4), nullptr);
     EXPECT_EQ(list_isinlist(&list, &b), 1);
@@ -238,8 +175,6 @@ TEST_F(ListTest, NumberedAccessAndMembership) {
     EXPECT_EQ(list_isinlist(&list, nullptr), 0);
     EXPECT_EQ(list_next_elem(nullptr), nullptr);
     EXPECT_EQ(list_prev_elem(nullptr), nullptr);
-    EXPECT_EQ(list_next_elem(&c), nullptr);
-    EXPECT_EQ(list_prev_elem(&b), &a);
 }
 
 TEST_F(ListTest, NilArgumentsDoNothing) {
@@ -251,7 +186,6 @@ TEST_F(ListTest, NilArgumentsDoNothing) {
     list_traverse(&list, nullptr, 0);
     EXPECT_EQ(list_search(nullptr, match_value, 1), nullptr);
     EXPECT_EQ(list_search(&list, nullptr, 1), nullptr);
-    EXPECT_EQ(list_get_element_by_number(nullptr, 1), nullptr);
     EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3}));
     EXPECT_FALSE(tiv::test::file_exists("zv.err"));
 }
