@@ -93,30 +93,36 @@ constexpr char byte_of(int32_t c) noexcept {
 // look-ahead at the start and put back at the end), and for tokens the record being built.
 class Tokenizer {
  public:
-  Tokenizer(scanner& s, scan_record& r) noexcept : s_(s), r_(r), c_(s.lookahead) {}
+  Tokenizer(scanner& s, scan_record& r) noexcept
+      : s_(s), r_(r), reader_(s.reader), flags_(s.flags), line_(s.line), column_(s.column),
+        c_(s.lookahead) {}
 
   // Reads one character: counts the position of the one before, maps the end of the input
   // to 0 and control characters to blanks, and folds case. The end of the input is sticky.
   void advance() noexcept {
     const int32_t previous = c_;
     if (previous == kEnd) return;
-    int32_t next = s_.reader();
+    int32_t next = reader_();
     if (previous == kLineEnd) {
-      s_.column = 0;
-      s_.line = wrap_add(s_.line, 1);
+      column_ = 0;
+      line_ = wrap_add(line_, 1);
     } else {
-      s_.column = wrap_add(s_.column, 1);
+      column_ = wrap_add(column_, 1);
     }
     if (next == -1)
       next = kEnd;
     else if (next >= 1 && next <= 31 && next != kLineEnd)
       next = kBlank;
-    if (s_.flags & (SCAN_F_LOWER | SCAN_F_UPPER)) next = fold(next, s_.flags);
+    if (flags_ & (SCAN_F_LOWER | SCAN_F_UPPER)) next = fold(next, flags_);
     c_ = next;
   }
 
-  int32_t current() const noexcept { return c_; }
-  void store_lookahead() noexcept { s_.lookahead = c_; }
+  // Puts the current character back as the look-ahead, with its position.
+  void store() noexcept {
+    s_.lookahead = c_;
+    s_.line = line_;
+    s_.column = column_;
+  }
 
   int32_t token(int32_t& kind) noexcept;
 
@@ -124,9 +130,9 @@ class Tokenizer {
   static int32_t wrap_add(int32_t a, int32_t b) noexcept {
     return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
   }
-  bool flag(int32_t f) const noexcept { return (s_.flags & f) != 0; }
+  bool flag(int32_t f) const noexcept { return (flags_ & f) != 0; }
   bool word_char(int32_t c) const noexcept {
-    return is_ascii_letter(c) || c == '_' || ((s_.flags & SCAN_F_UMLAUTS) && is_umlaut(c));
+    return is_ascii_letter(c) || c == '_' || ((flags_ & SCAN_F_UMLAUTS) && is_umlaut(c));
   }
 
   // Appends to the record's text; false (nothing stored) once 255 characters are there.
@@ -150,8 +156,14 @@ class Tokenizer {
   void skip_line_comment() noexcept;
   void skip_block_comment() noexcept;
 
+  // The scanner's reader, flags and position are held here during the call (the reader is
+  // an outside call, so fields of the object would be reloaded after every character).
   scanner& s_;
   scan_record& r_;
+  scan_reader reader_;
+  int32_t flags_;
+  int32_t line_;
+  int32_t column_;
   int32_t c_;
   int len_ = 0;
   int32_t status_ = SCAN_OK;
@@ -163,8 +175,8 @@ class Tokenizer {
 int32_t Tokenizer::token(int32_t& kind) noexcept {
   for (;;) {
     while (c_ == kBlank || (c_ == kLineEnd && !flag(SCAN_F_EOL))) advance();
-    r_.line = s_.line;
-    r_.column = s_.column;
+    r_.line = line_;
+    r_.column = column_;
     const int32_t c = c_;
     if (word_char(c)) {
       kind = word();
@@ -519,7 +531,7 @@ extern "C" int32_t scan_token(scanner* scan, int32_t* kind, scan_record* record)
   }
   Tokenizer t(*scan, r);
   const int32_t status = t.token(k);
-  t.store_lookahead();
+  t.store();
   if (scan->flags & SCAN_F_TRACE) tiv::language::trace_write(scan->trace_id, k, r);
   return status;
 }
@@ -552,7 +564,7 @@ extern "C" void scan_character(scanner* scan, int32_t* klass, char* character) n
   scan_record unused;
   Tokenizer t(*scan, unused);
   t.advance();
-  t.store_lookahead();
+  t.store();
 }
 
 // The caller sees the token record: its layout is fixed.
