@@ -23,8 +23,9 @@ const char* or_empty(const char* text) { return text != nullptr ? text : ""; }
 
 void report(int32_t line, const char* format, const char* a, const char* b = nullptr,
             const char* c = nullptr) {
-  char text[kReportMax];
-  std::snprintf(text, sizeof text, format, or_empty(a), or_empty(b), or_empty(c));
+  char text[kReportMax];  // a longer report is cut
+  if (std::snprintf(text, sizeof text, format, or_empty(a), or_empty(b), or_empty(c)) < 0)
+    text[0] = '\0';
   zv_error(text, nullptr, nullptr, "Zv", line);
 }
 
