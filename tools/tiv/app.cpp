@@ -13,15 +13,7 @@ namespace tiv::cli {
 namespace {
 
 constexpr const char* kOverview =
-    "tiv - read, check and change Tivlib data files from the command line.\n"
-    "\n"
-    "  env     environment files: get, set, delete, dump, check, merge, fmt\n"
-    "  ini     settings files: get, set, delete, rename, list\n"
-    "  calc    evaluate expressions\n"
-    "  scan    the token stream of a file\n"
-    "  fio     the binary header and byte order of a file\n"
-    "  profil  the section catalogue: list, get, search, next, prev\n"
-    "  demo    a short tour of every family on the sample files";
+    "tiv - read, check and change Tivlib data files from the command line.";
 
 constexpr const char* kFooter =
     "Exit codes: 0 done, 1 not found, 2 usage, 3 bad format, 4 I/O error.\n"
@@ -84,7 +76,9 @@ int run_command_line(const std::vector<std::string>& args, Session& session) {
     std::vector<CLI::App*> chain = selected_chain(app);
     CLI::App* last = chain.empty() ? &app : chain.back();
     if (!last->get_subcommands({}).empty()) {
-      ctx.err << last->help();
+      std::string prefix = "tiv";
+      for (std::size_t i = 0; i + 1 < chain.size(); ++i) prefix += " " + chain[i]->get_name();
+      ctx.err << (chain.empty() ? app.help() : last->help(prefix));
       return kUsage;
     }
     return ctx.exit_code;

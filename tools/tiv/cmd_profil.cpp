@@ -201,6 +201,7 @@ std::vector<std::string> families_for(const ProfilArgs& a, const std::string& di
   std::vector<std::string> names;
   for (std::int32_t i = 0; i < count; ++i) names.emplace_back(list + static_cast<std::size_t>(i) * PROFIL_LIST_ROW);
   heap_free(list);
+  std::sort(names.begin(), names.end());  // the directory's own order is no order
   return names;
 }
 
