@@ -31,13 +31,23 @@ void drop_terms(profil_handle& h);
 // Name query against the kind and size fields of a row; query is free of blanks and tabs.
 bool name_matches(std::string_view query, std::string_view kind, std::string_view size);
 
+// The kind and size fields of a row.
+struct RowName {
+  char kind[kFieldMax + 1];
+  char size[kFieldMax + 1];
+  int kind_length = 0;
+  int size_length = 0;
+  std::string_view kind_view() const { return {kind, static_cast<size_t>(kind_length)}; }
+  std::string_view size_view() const { return {size, static_cast<size_t>(size_length)}; }
+};
+
 // Row reading. read_name gives false when the kind is empty (end of the file).
-bool read_name(profil_handle& h, char* kind, char* size);
+bool read_name(profil_handle& h, RowName& name);
 void clear_values(const profil_handle& h, double* values);
 double field_value(const profil_handle& h, int32_t column, const char* token, int length);
 // Reads columns 2.. of a row, storing the wanted ones.
 void read_wanted_values(profil_handle& h, double* values);
 // "kind size" into result (kResultSize characters), if result is given.
-void write_result(const char* kind, const char* size, char* result);
+void write_result(const RowName& name, char* result);
 
 }  // namespace tiv::profile

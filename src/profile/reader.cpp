@@ -81,15 +81,47 @@ int32_t find_line_stop(const Window& w) {
 
 constexpr bool is_blank_or_tab(unsigned char b) { return b == ' ' || b == '\t'; }
 
+// Index of the first byte at or behind i that is not a field character (kPlain), or `filled`.
+inline int32_t plain_run_end(const Window& w, int32_t i) {
+#if defined(__SSE2__)
+  while (i + 16 <= w.filled) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(w.bytes + i));
+    const __m128i stops = _mm_or_si128(
+        _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8(' ')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\t'))),
+        _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\n')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\r'))),
+                     _mm_cmpeq_epi8(v, _mm_set1_epi8(static_cast<char>(0xFF)))));
+    const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(stops));
+    if (mask != 0) return i + std::countr_zero(mask);
+    i += 16;
+  }
+#endif
+  while (i < w.filled && kPlain[w.bytes[i]]) ++i;
+  return i;
+}
+
+// Index of the first byte at or behind i that is neither a blank nor a tab, or `filled`.
+inline int32_t blank_run_end(const Window& w, int32_t i) {
+#if defined(__SSE2__)
+  while (i + 16 <= w.filled) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(w.bytes + i));
+    const __m128i blanks = _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8(' ')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\t')));
+    const auto mask = static_cast<uint32_t>(~_mm_movemask_epi8(blanks)) & 0xFFFFu;
+    if (mask != 0) return i + std::countr_zero(mask);
+    i += 16;
+  }
+#endif
+  while (i < w.filled && is_blank_or_tab(w.bytes[i])) ++i;
+  return i;
+}
+
 // Passes separators before a token and leaves its first character in `current`. Gives false at
 // the end of the file. Runs of blanks and tabs are taken straight from the window: moving onto
 // a blank, a tab or a token character never ends a line, so only LF, CR, 255 and the end of
 // the window need the tracked advance.
-bool skip_separators(profil_handle& h) {
+[[gnu::always_inline]] inline bool skip_separators(profil_handle& h) {
   Window& w = h.window;
   while (is_separator(h.current)) {
-    int32_t run = w.next;
-    while (run < w.filled && is_blank_or_tab(w.bytes[run])) ++run;
+    const int32_t run = blank_run_end(w, w.next);
     if (run < w.filled && kPlain[w.bytes[run]]) {
       h.current = as_signed(w.bytes[run]);
       w.next = run + 1;
@@ -115,8 +147,7 @@ int token_body(profil_handle& h, char* out) {
     if constexpr (Keep) {
       if (kept < kFieldMax) out[kept++] = static_cast<char>(h.current);
     }
-    int32_t run = w.next;
-    while (run < w.filled && kPlain[w.bytes[run]]) ++run;
+    const int32_t run = plain_run_end(w, w.next);
     if constexpr (Keep) {
       const int room = kFieldMax - kept;
       const int take = run - w.next < room ? run - w.next : room;
@@ -242,22 +273,18 @@ int32_t skip_tokens_in_window(profil_handle& h, int32_t n) {
     const uint32_t in_field = ~sep & 0xFFFFu;
     // A field ends at a separator byte whose previous byte belongs to a field.
     const uint32_t ends = sep & ((in_field << 1) | previous_in_field) & usable;
-    const auto count = static_cast<int32_t>(std::popcount(ends));
-    if (count >= n) {
-      uint32_t e = ends;
-      for (int32_t k = 1; k < n; ++k) e &= e - 1;
-      i += std::countr_zero(e) + 1;
+    uint32_t e = ends;
+    for (; e != 0 && n > 1; e &= e - 1) --n;
+    if (e != 0) {
+      i += std::countr_zero(e) + 1;  // behind the separator that ends the last field
       n = 0;
       break;
     }
     if (special) {
       // Up to the bytes before the special one, then the tracked advance takes over.
-      const int32_t stop = std::countr_zero(special);
-      i += stop;
-      n -= count;
+      i += std::countr_zero(special);
       break;
     }
-    n -= count;
     previous_in_field = (in_field >> 15) & 1u;
     i += 16;
   }

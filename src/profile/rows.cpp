@@ -10,10 +10,10 @@
 
 namespace tiv::profile {
 
-bool read_name(profil_handle& h, char* kind, char* size) {
-  read_token(h, kind);
-  read_token(h, size);
-  return kind[0] != '\0';
+bool read_name(profil_handle& h, RowName& name) {
+  name.kind_length = read_token(h, name.kind);
+  name.size_length = read_token(h, name.size);
+  return name.kind_length > 0;
 }
 
 void clear_values(const profil_handle& h, double* values) {
@@ -29,7 +29,41 @@ constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 // (digits, point, exponent; no "inf", "nan" or hexadecimal, no other characters) is converted
 // by std::from_chars, which rounds correctly just as strtod does and needs no locale; every
 // other text goes to convert_stod with its own rules.
+// Powers of ten that a double holds exactly.
+constexpr double kExactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// Plain "[-]digits[.digits]" with at most 15 significant digits: the digits make an integer
+// below 2^53 and the point a power of ten below 10^23, both exact doubles, so their one
+// correctly rounded division is the correctly rounded value that strtod gives as well.
+// Gives false for every other text.
+bool short_decimal(const char* token, int length, double& value) {
+  const char* p = token;
+  const char* const end = token + length;
+  const bool negative = p < end && *p == '-';
+  p += negative;
+  uint64_t digits = 0;
+  int count = 0, decimals = 0;
+  bool point = false;
+  for (; p < end; ++p) {
+    if (*p == '.' && !point) {
+      point = true;
+      continue;
+    }
+    if (!is_digit(*p) || ++count > 15) return false;
+    digits = digits * 10 + static_cast<uint64_t>(*p - '0');
+    decimals += point;
+  }
+  if (count == 0) return false;
+  value = static_cast<double>(digits) / kExactPowers[decimals];
+  if (negative) value = -value;
+  return true;
+}
+
 double field_number(const char* token, int length) {
+  double fast = 0.0;
+  if (short_decimal(token, length, fast)) return fast;
   const char* p = token + (token[0] == '-');
   if (is_digit(p[0]) || (p[0] == '.' && is_digit(p[1]))) {
     const char* end = token + length;
@@ -66,14 +100,16 @@ void read_wanted_values(profil_handle& h, double* values) {
   }
 }
 
-void write_result(const char* kind, const char* size, char* result) {
+void write_result(const RowName& name, char* result) {
   if (result == nullptr) return;
   // Both fields hold at most kFieldMax characters, so the text always fits kResultSize.
   static_assert(2 * kFieldMax + 2 <= kResultSize);
-  const size_t k = std::strlen(kind);
-  std::memcpy(result, kind, k);
+  const auto k = static_cast<size_t>(name.kind_length);
+  const auto s = static_cast<size_t>(name.size_length);
+  std::memcpy(result, name.kind, k);
   result[k] = ' ';
-  std::strcpy(result + k + 1, size);
+  std::memcpy(result + k + 1, name.size, s);
+  result[k + 1 + s] = '\0';
 }
 
 }  // namespace tiv::profile
@@ -88,14 +124,15 @@ extern "C" int32_t profil_get(profil_handle* h, const char* query, double* value
   if (!have_query) return -1;  // a query is required; nil finds nothing
   rewind(*h);
   clear_values(*h, values);
-  char kind[kFieldMax + 1], size[kFieldMax + 1];
-  if (!read_name(*h, kind, size)) return -1;
-  while (!name_matches(cleaned, kind, size)) {
+  const std::string_view wanted(cleaned);
+  RowName name;
+  if (!read_name(*h, name)) return -1;
+  while (!name_matches(wanted, name.kind_view(), name.size_view())) {
     skip_line(*h);
-    if (!read_name(*h, kind, size)) return -1;
+    if (!read_name(*h, name)) return -1;
   }
   read_wanted_values(*h, values);
-  write_result(kind, size, result);
+  write_result(name, result);
   return 0;
 }
 

@@ -112,26 +112,25 @@ bool read_checked_values(profil_handle& h, double* values) {
 
 // The search loop from the reader's place: the next row that matches the name and the
 // conditions.
-int32_t search_from_here(profil_handle& h, const char* query, double* values, char* result) {
+int32_t search_from_here(profil_handle& h, std::string_view query, double* values, char* result) {
   clear_values(h, values);
-  char kind[kFieldMax + 1], size[kFieldMax + 1];
+  RowName name;
   for (;;) {
-    if (!read_name(h, kind, size)) return -1;
-    if (!name_matches(query, kind, size)) {
+    if (!read_name(h, name)) return -1;
+    if (!name_matches(query, name.kind_view(), name.size_view())) {
       skip_line(h);
       continue;
     }
     if (read_checked_values(h, values)) break;
   }
-  write_result(kind, size, result);
+  write_result(name, result);
   return 0;
 }
 
 // The rest of a row after its name: the wanted values and the result.
-int32_t deliver_row(profil_handle& h, const char* kind, const char* size, double* values,
-                    char* result) {
+int32_t deliver_row(profil_handle& h, const RowName& name, double* values, char* result) {
   read_wanted_values(h, values);
-  write_result(kind, size, result);
+  write_result(name, result);
   return 0;
 }
 
@@ -168,33 +167,34 @@ extern "C" int32_t profil_search_f(profil_handle* h, profil_filter filter, const
   const bool have_query = clean_query(query, cleaned);
   if (h == nullptr || !have_query) return -1;
   clear_values(*h, values);
-  char kind[kFieldMax + 1], size[kFieldMax + 1];
+  const std::string_view wanted(cleaned);
+  RowName name;
   for (;;) {
-    if (!read_name(*h, kind, size)) return -1;
-    if (!name_matches(cleaned, kind, size)) {
+    if (!read_name(*h, name)) return -1;
+    if (!name_matches(wanted, name.kind_view(), name.size_view())) {
       skip_line(*h);
       continue;
     }
     read_wanted_values(*h, values);
     if (filter == nullptr || filter(values) != 0) break;
   }
-  write_result(kind, size, result);
+  write_result(name, result);
   return 0;
 }
 
 extern "C" int32_t profil_next(profil_handle* h, double* values, char* result) noexcept {
   if (h == nullptr) return -1;
   clear_values(*h, values);
-  char kind[kFieldMax + 1], size[kFieldMax + 1];
-  if (!read_name(*h, kind, size)) return -1;
-  return deliver_row(*h, kind, size, values, result);
+  RowName name;
+  if (!read_name(*h, name)) return -1;
+  return deliver_row(*h, name, values, result);
 }
 
 extern "C" int32_t profil_prev(profil_handle* h, double* values, char* result) noexcept {
   if (h == nullptr) return -1;
   clear_values(*h, values);
   if (!step_back(*h)) return -1;
-  char kind[kFieldMax + 1], size[kFieldMax + 1];
-  read_name(*h, kind, size);  // an empty kind is delivered as it is
-  return deliver_row(*h, kind, size, values, result);
+  RowName name;
+  read_name(*h, name);  // an empty kind is delivered as it is
+  return deliver_row(*h, name, values, result);
 }

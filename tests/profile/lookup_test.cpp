@@ -1,7 +1,10 @@
 // The name lookup of profil_get: kind and size matching, field values, bad input.
 #include <gtest/gtest.h>
 
+#include <tivlib/convert.h>
 #include <tivlib/profil.h>
+
+#include <cmath>
 
 #include <filesystem>
 #include <string>
@@ -86,6 +89,24 @@ TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {
   ASSERT_EQ(get(h, ""), "AB 1");
   EXPECT_DOUBLE_EQ(values_[0], -0.01);
   EXPECT_EQ(values_[1], 0.0);
+}
+
+TEST_F(Lookup, FieldNumbersReadAsConvertStodReadsThem) {
+  const char* fields[] = {"-0.5",  "5.",      ".5",     "0000123.4500",     "123456789012345",
+                          "1234567890123456", "0.1",   "-0",     "999999999999999.9", "1e5",
+                          "2.5E-3", "1.5d2",  "-",      "+3",     "0x10",   "inf",    "1.2.3",
+                          "12abc", "-.25",    "3.14159265358979"};
+  std::string content = "Kind Size V\n";
+  for (const char* f : fields) content += std::string("AB 1 ") + f + "\n";
+  profil_handle* h = open("a.pro", content, {"V"});
+  ASSERT_NE(h, nullptr);
+  for (const char* f : fields) {
+    char result[PROFIL_RESULT_SIZE];
+    ASSERT_EQ(profil_next(h, values_, result), 0) << f;
+    const double expected = convert_stod(f);
+    EXPECT_EQ(values_[0], expected) << f;
+    EXPECT_EQ(std::signbit(values_[0]), std::signbit(expected)) << f;
+  }
 }
 
 TEST_F(Lookup, RaggedRowsAreTakenByFieldCount) {
