@@ -75,6 +75,10 @@ Condition parse_condition(const std::string& text) {
   return c;
 }
 
+// A value as the table shows it (15 significant digits), so that a unit factor leaves no
+// binary noise in the JSON output: 0.05 * 0.001 is 5e-05, not 5.0000000000000002e-05.
+double to_significant_digits(double value) { return parse_double(format_number(value)).value_or(value); }
+
 // An open catalogue file with the items the tool asks for.
 class Family {
  public:
@@ -122,7 +126,8 @@ class Family {
     char size[PROFIL_PART_SIZE] = {};
     profil_convert_result(result_, kind, size);
     ordered_json values = ordered_json::object();
-    for (std::size_t i = 0; i < items_.size(); ++i) values[items_[i]] = is_nil(i) ? ordered_json() : ordered_json(values_[i]);
+    for (std::size_t i = 0; i < items_.size(); ++i)
+      values[items_[i]] = is_nil(i) ? ordered_json() : ordered_json(to_significant_digits(values_[i]));
     return ordered_json{{"family", name_}, {"kind", kind}, {"size", size}, {"values", values}};
   }
   std::vector<std::string> header_cells() const {
