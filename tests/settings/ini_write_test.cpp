@@ -2,6 +2,7 @@
 // behind it, and what happens when the temporary file or the copy fails.
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <csignal>
 #include <string>
 #include <sys/resource.h>
@@ -94,6 +95,20 @@ TEST_F(IniWrite, NumberForms) {
 
   // A single double whose fixed form passes 79 characters is refused.
   EXPECT_EQ(ini_write_double("a.ini", "s", "big", 1e100), INI_TOO_SMALL);
+}
+
+// Numbers keep the C form whatever locale the host has set.
+TEST_F(IniWrite, NumbersIgnoreTheHostLocale) {
+  if (std::setlocale(LC_ALL, "de_DE.utf8") == nullptr) GTEST_SKIP() << "no German locale";
+  const double ds[] = {0.25, 1.5};
+  EXPECT_EQ(ini_write_double("a.ini", "s", "d", 1.5), INI_OK);
+  EXPECT_EQ(ini_write_doubles("a.ini", "s", "ds", ds, 2), INI_OK);
+  double d = 0;
+  const int32_t code = ini_read_double("a.ini", "s", "d", &d);
+  std::setlocale(LC_ALL, "C");
+  EXPECT_EQ(code, INI_OK);
+  EXPECT_DOUBLE_EQ(d, 1.5);
+  EXPECT_EQ(read_file("a.ini"), "[s]\nd=1.500000\nds=0.25,1.5\n");
 }
 
 TEST_F(IniWrite, ListLimitOf512Characters) {
