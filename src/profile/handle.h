@@ -23,6 +23,9 @@ inline constexpr int kPartMax = PROFIL_PART_SIZE - 1;  // characters of a kind o
 // fio_read_to_buf, so the per-byte work of the reader is an array access, not a call.
 inline constexpr int32_t kWindowSize = 64 * 1024;
 
+// Bytes behind the window that a 16-byte copy may touch.
+inline constexpr int32_t kWindowSlack = 16;
+
 // The part of the file that the reader holds in memory. bytes[0] is the file's byte at
 // `origin`; the next byte to deliver is bytes[next]; bytes[filled..] are not valid. The
 // stream of the fio handle always stands at origin + filled.
@@ -30,7 +33,7 @@ struct Window {
   int32_t origin = 0;
   int32_t next = 0;
   int32_t filled = 0;
-  unsigned char bytes[kWindowSize];
+  unsigned char bytes[kWindowSize + kWindowSlack];
 };
 
 }  // namespace tiv::profile

@@ -151,7 +151,11 @@ int token_body(profil_handle& h, char* out) {
     if constexpr (Keep) {
       const int room = kFieldMax - kept;
       const int take = run - w.next < room ? run - w.next : room;
-      if (take > 0) {
+      if (take > 0 && take <= 16 && kept + 16 <= kFieldMax + 1) {
+        // Short fields: one fixed copy (the window has slack behind it, out has room).
+        std::memcpy(out + kept, w.bytes + w.next, 16);
+        kept += take;
+      } else if (take > 0) {
         std::memcpy(out + kept, w.bytes + w.next, static_cast<size_t>(take));
         kept += take;
       }

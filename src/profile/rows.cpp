@@ -43,19 +43,18 @@ bool short_decimal(const char* token, int length, double& value) {
   const char* const end = token + length;
   const bool negative = p < end && *p == '-';
   p += negative;
-  uint64_t digits = 0;
-  int count = 0, decimals = 0;
-  bool point = false;
-  for (; p < end; ++p) {
-    if (*p == '.' && !point) {
-      point = true;
-      continue;
-    }
-    if (!is_digit(*p) || ++count > 15) return false;
-    digits = digits * 10 + static_cast<uint64_t>(*p - '0');
-    decimals += point;
+  const char* const integer = p;
+  uint64_t digits = 0;  // wraps harmlessly for long texts, which are refused below
+  while (p < end && is_digit(*p)) digits = digits * 10 + static_cast<uint64_t>(*p++ - '0');
+  const auto integer_digits = static_cast<int>(p - integer);
+  int decimals = 0;
+  if (p < end && *p == '.') {
+    const char* const fraction = ++p;
+    while (p < end && is_digit(*p)) digits = digits * 10 + static_cast<uint64_t>(*p++ - '0');
+    decimals = static_cast<int>(p - fraction);
   }
-  if (count == 0) return false;
+  const int count = integer_digits + decimals;
+  if (p != end || count == 0 || count > 15) return false;
   value = static_cast<double>(digits) / kExactPowers[decimals];
   if (negative) value = -value;
   return true;
