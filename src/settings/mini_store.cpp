@@ -1,6 +1,7 @@
 // The memory of an in-memory settings handle and the loading of sections.
 #include "settings/mini_store.h"
 
+#include <cstddef>
 #include <cstring>
 
 #include <tivlib/heap.h>
@@ -8,6 +9,13 @@
 #include <tivlib/zv.h>
 
 #include "settings/line.h"
+
+// The list operations see sections and entries through their leading links.
+static_assert(offsetof(mini_entry, prev) == offsetof(list_links, prev));
+static_assert(offsetof(mini_entry, next) == offsetof(list_links, next));
+static_assert(offsetof(mini_section, prev) == offsetof(list_links, prev));
+static_assert(offsetof(mini_section, next) == offsetof(list_links, next));
+static_assert(offsetof(mini_file, directory) == 0 && offsetof(mini_section, name) == 2 * sizeof(void*));
 
 namespace tiv::settings {
 
