@@ -10,8 +10,8 @@ namespace {
 
 using namespace tiv::profile;
 
-// Catalogue files are listed with this mask. How it meets lower-case names on disk is up to
-// the directory search of fio_listdir.
+// Catalogue files are listed with this mask. The directory search matches it without regard
+// to case, so lower-case names on disk are listed too.
 constexpr const char* kCatalogueMask = "*.PRO";
 
 // Owns a directory listing.
@@ -55,6 +55,7 @@ extern "C" int32_t profil_findfiles(const char* query, int32_t* count, char** li
   int32_t hits = 0;
   for (int32_t i = 0; i < listing.count; ++i) {
     fio_dir_entry& e = listing.entries[i];
+    // Regular files carry the archive attribute and so the file bit; directories never do.
     if ((e.attributes & FIO_ATTR_FILE) == 0) continue;
     e.attributes &= ~static_cast<uint32_t>(FIO_ATTR_FILE);
     e.name[sizeof e.name - 1] = '\0';

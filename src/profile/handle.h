@@ -45,7 +45,8 @@ struct profil_condition {
   double value;
 };
 
-// The cursor on an open catalogue file.
+// The cursor on an open catalogue file. Positions are 32-bit byte offsets, as fio_seek takes
+// them, so a catalogue file may hold up to 2 GiB.
 //
 // Invariants: line is 0..15 between operations; line_offsets[0] is the start of the current
 // page of 16 lines (counted from data_start, blank lines not counted) and entry k is the start
