@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 
 namespace tiv::env {
 
@@ -9,5 +10,9 @@ namespace tiv::env {
 // while memory is short (15001, 7501, ... down to 2). Gives none if even 2 bytes are refused.
 // size receives the size that succeeded.
 char* file_buffer(std::size_t& size) noexcept;
+
+// Gives the stream a large buffer of its own, so that the file buffer's 30000-byte reads and
+// writes reach the system in few calls. Must come before the first read or write.
+void widen_stream_buffer(std::FILE* stream) noexcept;
 
 }  // namespace tiv::env

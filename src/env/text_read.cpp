@@ -354,6 +354,11 @@ char* file_buffer(std::size_t& size) noexcept {
   }
 }
 
+void widen_stream_buffer(std::FILE* stream) noexcept {
+  constexpr std::size_t kStreamBuffer = std::size_t{256} * 1024;
+  std::setvbuf(stream, nullptr, _IOFBF, kStreamBuffer);  // a refusal keeps the default buffer
+}
+
 }  // namespace tiv::env
 
 extern "C" {
@@ -373,6 +378,7 @@ int32_t env_read_file(const char* filename, env_handle* env) noexcept {
     report("cann't open to read:", __LINE__, kEnvUti2, filename);
     return ENV_ERROR;
   }
+  widen_stream_buffer(stream);
   std::size_t size = 0;
   char* buffer = file_buffer(size);
   if (buffer == nullptr) {

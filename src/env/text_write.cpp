@@ -9,6 +9,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
+#include <string_view>
 #include <new>
 #include <vector>
 
@@ -31,6 +33,13 @@ struct CallbackSink {
   void put_char(int32_t c) { put(c, user); }
   void put_run(const char* p, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) put(static_cast<signed char>(p[i]), user);
+  }
+  void put_spaces(std::size_t n) {
+    for (std::size_t i = 0; i < n; ++i) put(' ', user);
+  }
+  bool put_line(std::size_t, std::string_view, std::string_view, std::string_view,
+                std::string_view) {
+    return false;
   }
 };
 
@@ -55,6 +64,18 @@ struct FileSink {
     if (c != -1) buffer[position++] = static_cast<char>(c);
   }
   void put_run(const char* p, std::size_t n) {
+    if (n <= kShortRun && size - position >= n) {
+      // Short pieces (names, numbers, indentation) go byte by byte, which beats two calls.
+      for (const char* end = p + n; p < end; ++p) {
+        if (static_cast<unsigned char>(*p) == 0xFF) {
+          put_char(-1);
+          put_run(p + 1, static_cast<std::size_t>(end - p - 1));
+          return;
+        }
+        buffer[position++] = *p;
+      }
+      return;
+    }
     while (n > 0) {
       const void* ff = std::memchr(p, 0xFF, n);
       std::size_t plain = ff != nullptr ? static_cast<std::size_t>(static_cast<const char*>(ff) - p) : n;
@@ -75,6 +96,43 @@ struct FileSink {
       }
     }
   }
+  void put_spaces(std::size_t n) {
+    while (n > 0) {
+      if (position == size) flush();
+      const std::size_t room = size - position;
+      const std::size_t step = n < room ? n : room;
+      std::memset(buffer + position, ' ', step);
+      position += step;
+      n -= step;
+    }
+  }
+
+  // Puts a whole line that needs no break (indentation, three pieces, newline) straight into
+  // the buffer. Gives false, with nothing put, if the line doesn't fit the buffer or holds a
+  // byte 0xFF; the caller then writes it piece by piece.
+  bool put_line(std::size_t indent, std::string_view a, std::string_view b, std::string_view c,
+                std::string_view d) {
+    const std::size_t length = indent + a.size() + b.size() + c.size() + d.size() + 1;
+    if (size - position < length) {
+      flush();
+      if (size < length) return false;
+    }
+    char* out = buffer + position;
+    for (std::size_t i = 0; i < indent; ++i) *out++ = ' ';
+    unsigned ff = 0;  // copied byte by byte: the pieces are short, and 0xFF is looked for on the way
+    for (std::string_view piece : {a, b, c, d}) {
+      for (char ch : piece) {
+        ff |= static_cast<unsigned char>(ch) == 0xFF;
+        *out++ = ch;
+      }
+    }
+    *out = '\n';
+    if (ff != 0) return false;
+    position += length;
+    return true;
+  }
+
+  static constexpr std::size_t kShortRun = 32;
 };
 
 template <class Sink>
@@ -85,17 +143,8 @@ class Writer {
   void write(Block* top) {
     for (Element* s = top->first; s != nullptr; s = s->next) {
       if (s->kind == kExternal) continue;
-      begin_line(1);
-      piece("[", 1);
-      piece(s->name());
-      piece("]", 1);
-      if (s->kind == kData) {
-        if (s->value.text != nullptr) piece(s->value.text);
-        end_line();
-        continue;
-      }
-      end_line();
-      if (!write_children(s)) return;
+      line(1, "[", s->name(), "]", text_of(s));
+      if (s->kind == kBlock && !write_children(s)) return;
     }
   }
 
@@ -113,9 +162,7 @@ class Writer {
         Element* done = open_.back();
         open_.pop_back();
         base -= 2;
-        begin_line(base);
-        piece("}", 1);
-        end_line();
+        line(base, "}");
         e = done->next;
         continue;
       }
@@ -123,17 +170,12 @@ class Writer {
         e = e->next;
         continue;
       }
-      begin_line(base);
-      piece(e->name());
       if (e->kind == kData) {
-        piece(" =", 2);
-        if (e->value.text != nullptr) piece(e->value.text);
-        end_line();
+        line(base, e->name(), " =", text_of(e));
         e = e->next;
         continue;
       }
-      piece(" ={", 3);
-      end_line();
+      line(base, e->name(), " ={");
       if (e->value.child != nullptr && e->value.child->first != nullptr) {
         try {
           open_.push_back(e);
@@ -145,25 +187,38 @@ class Writer {
         e = e->value.child->first;
         continue;
       }
-      begin_line(base);
-      piece("}", 1);
-      end_line();
+      line(base, "}");
       e = e->next;
     }
   }
 
-  void begin_line(int32_t base) {
+  // A data text; its length is known from the size held for it.
+  static std::string_view text_of(const Element* e) {
+    if (e->kind != kData || e->value.text == nullptr || e->text_size <= 1) return {};
+    return {e->value.text, e->text_size - 1};
+  }
+
+  // Writes one line of up to four pieces at column base: whole when it needs no break,
+  // else piece by piece with the breaks.
+  void line(int32_t base, std::string_view a, std::string_view b = {}, std::string_view c = {},
+            std::string_view d = {}) {
+    const std::size_t length = a.size() + b.size() + c.size() + d.size();
+    if (static_cast<std::size_t>(base) + length <= static_cast<std::size_t>(kBreakColumn) &&
+        sink_.put_line(static_cast<std::size_t>(base - 1), a, b, c, d))
+      return;
     base_ = base;
     index_ = 0;
-    static constexpr char kSpaces[] = "                                                                ";
-    for (int64_t n = base - 1; n > 0;) {
-      const int64_t step = n < 64 ? n : 64;
-      sink_.put_run(kSpaces, static_cast<std::size_t>(step));
-      n -= step;
-    }
+    if (base > 1) sink_.put_spaces(static_cast<std::size_t>(base - 1));
+    piece(a);
+    piece(b);
+    piece(c);
+    piece(d);
+    sink_.put_char('\n');
   }
-  void piece(const char* p) { piece(p, std::strlen(p)); }
-  void piece(const char* p, std::size_t n) {
+
+  void piece(std::string_view s) {
+    const char* p = s.data();
+    std::size_t n = s.size();
     while (n > 0) {
       const int64_t r = (base_ + index_) % kBreakColumn;
       if (r == 0) {
@@ -178,7 +233,6 @@ class Writer {
       index_ += static_cast<int64_t>(step);
     }
   }
-  void end_line() { sink_.put_char('\n'); }
 
   Sink& sink_;
   int64_t base_ = 1;
@@ -217,6 +271,7 @@ void env_write_file(const char* filename, env_handle* env) noexcept {
     report("cann't open to write:", __LINE__, kEnvUti2, filename);
     return;
   }
+  widen_stream_buffer(stream);
   std::size_t size = 0;
   char* buffer = file_buffer(size);
   if (buffer == nullptr) {
