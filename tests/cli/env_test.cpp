@@ -42,7 +42,7 @@ TEST_F(Env, GetFailuresHaveTheirExitCodes) {
 
   r = tiv({"env", "get", "wall.env", "Wall", "layer@1"});
   EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.err, "tiv: wall.env: [Wall] layer@1 is a block, not a value\n");
+  EXPECT_EQ(r.err, "tiv: wall.env: [Wall] layer@1 is a block, not a value (--names lists its elements)\n");
 
   r = tiv({"env", "get", "wall.env", "Wall", "layer@1@name", "--double"});
   EXPECT_EQ(r.code, 3);
@@ -79,6 +79,17 @@ TEST_F(Env, SetCreatesAMissingFileAndStoresTypedNumbers) {
   Outcome r = tiv({"env", "set", "new.env", "S", "n", "x1", "--long"});
   EXPECT_EQ(r.code, 2);
   EXPECT_EQ(r.err, "tiv: not a whole number: 'x1'\n");
+}
+
+TEST_F(Env, AChangeToAFileWithASyntaxErrorLeavesItAlone) {
+  const std::string broken = "[A]\n  x =1\n  b ={\n";
+  write_file("broken.env", broken);
+  Outcome r = tiv({"env", "set", "broken.env", "A", "x", "2"});
+  EXPECT_EQ(r.code, 3);
+  EXPECT_EQ(r.err,
+            "tiv: broken.env:3: syntax error: \"}\" was expected to close a block\n"
+            "tiv: note: the library wrote a report to zv.err\n");
+  EXPECT_EQ(read_file("broken.env"), broken);
 }
 
 TEST_F(Env, DeleteRemovesASubtreeOrReportsItMissing) {

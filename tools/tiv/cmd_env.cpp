@@ -56,7 +56,9 @@ const char* path_or_nil(const std::string& path) { return path.empty() ? nullptr
     case ENV_IS_DATA:
     case ENV_IS_EXTERNAL: {
       std::int32_t kind = env_check(env, section.c_str(), path_or_nil(path), exact);
-      fail(kBadFormat, where + (kind == ENV_IS_BLOCK ? " is a block, not a value" : " holds no text"),
+      fail(kBadFormat,
+           where + (kind == ENV_IS_BLOCK ? " is a block, not a value (--names lists its elements)"
+                                         : " holds no text"),
            file);
     }
     default:
@@ -356,7 +358,8 @@ void add_env_commands(CLI::App& app, Session& s) {
                                       "replace: always; update: only where TARGET has a value")
       ->required()
       ->check(CLI::IsMember({"add", "append", "replace", "update"}));
-  merge->add_option("-o,--output", a.output, "Write the result to this file instead of TARGET (- for standard output)");
+  merge->add_option("-o,--output", a.output, "Write the result to this file instead of TARGET (- for standard output)")
+      ->option_text("FILE");
   merge->footer(std::string("Example:\n  tiv env merge project.env defaults.env --mode add\n\n") + kFormatNote);
   merge->callback([&s, args] { run_merge(s, *args); });
 

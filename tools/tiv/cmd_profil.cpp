@@ -305,7 +305,7 @@ void run_page(Session& s, const ProfilArgs& a, bool forward) {
 }
 
 void add_common(CLI::App* cmd, ProfilArgs& a) {
-  cmd->add_option("--dir", a.dir, "Catalogue directory (default: Profile in [System] of zv2.ini)");
+  cmd->add_option("--dir", a.dir, "Catalogue directory (default: Profile in [System] of zv2.ini)")->option_text("DIR");
 }
 
 void add_row_options(CLI::App* cmd, ProfilArgs& a) {
@@ -334,7 +334,8 @@ void add_profil_commands(CLI::App& app, Session& s) {
 
   CLI::App* get = profil->add_subcommand("get", "Show the first section matching QUERY in each family");
   get->add_option("QUERY", a.query, "Name query, such as \"IPE 200\"")->required();
-  get->add_option("--family", a.family, "Look only in this family (a name in the catalogue, or a file)");
+  get->add_option("--family", a.family, "Look only in this family (a name in the catalogue, or a file)")
+      ->option_text("NAME");
   add_common(get, a);
   add_row_options(get, a);
   get->footer("Example:\n  tiv profil get \"HEB 200\" --items h,b,A,Iy\n  tiv profil get 100 --dir examples/catalog");
@@ -345,7 +346,7 @@ void add_profil_commands(CLI::App& app, Session& s) {
   search->add_option("--where", a.where, "Condition PROPERTY OP NUMBER with OP one of > < >= <= = != <>;\n"
                                          "repeat for more (all must hold)")
       ->option_text("COND");
-  search->add_option("--family", a.family, "Search only this family");
+  search->add_option("--family", a.family, "Search only this family")->option_text("NAME");
   search->add_option("--limit", a.limit, "Show at most N sections")->option_text("N");
   add_common(search, a);
   add_row_options(search, a);

@@ -1,4 +1,5 @@
 // tiv: the Tivlib command line.
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -8,7 +9,9 @@
 
 int main(int argc, char** argv) {
   using namespace tiv::cli;
-  std::ios::sync_with_stdio(true);
+  // A reader that goes away (tiv ... | head) makes writes fail instead of ending the process,
+  // so that the demo still removes its scratch directory; the exit code then tells of it.
+  std::signal(SIGPIPE, SIG_IGN);
   Context ctx{std::cout, std::cerr};
   std::error_code ec;
   std::filesystem::path cwd = std::filesystem::current_path(ec);
