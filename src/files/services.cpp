@@ -62,6 +62,8 @@ extern "C" int32_t fio_copy(const char* source_dir, const char* source_name, con
     got = std::fread(block, 1, sizeof block, in.stream);
     if (std::fwrite(block, 1, got, out.stream) < got) return 3;
   } while (got == sizeof block);
+  // The last blocks may still sit in the stream's buffer: a write fault there is one too.
+  if (std::fflush(out.stream) != 0) return 3;
   return 0;
 }
 
