@@ -20,43 +20,20 @@ extern "C" int32_t ini_delete_entry(const char* file, const char* section,
   ini_first_header = 1;
   char text[kLineBuffer];
 
-  if (trimmed[0] != '\0') {
-    bool found = false;
-    while (!found && find_section(in, &out, text) == kHeader) {
-      write_header(out, text);
-      found = str_eq(text, section) != 0;
-    }
-    if (!found) {
-      rw.commit();  // the file is normalised all the same; the copy's code is not told
-      return INI_NO_SECTION;
-    }
+  if (trimmed[0] != '\0' && !seek_header(in, out, section, text, true)) {
+    rw.commit();  // the file is normalised all the same; the copy's code is not told
+    return INI_NO_SECTION;
   }
 
-  for (;;) {
-    const int kind = read_line(in, &out, text);
-    if (kind == kEntry) {
-      const EntryLine e = split_entry(text);
-      if (!e.found) {
-        report_malformed(__LINE__);
-        continue;
-      }
-      if (e.name == entry) {
-        copy_rest(out, in);
-        rw.commit();
-        return INI_OK;
-      }
-      out.separate();
-      out.write_pair(e.name, e.value);
-      continue;
-    }
-    if (kind == kHeader) {
-      out.separate();
-      out.write_bracketed(text);
-    }
-    copy_rest(out, in);
-    rw.commit();
-    return INI_NO_ENTRY;
+  EntryLine match;
+  const int kind = pass_entries(in, out, entry, text, &match);
+  if (kind == kHeader) {
+    out.separate();
+    out.write_bracketed(text);
   }
+  copy_rest(out, in);  // the wanted entry itself is left out
+  rw.commit();
+  return kind == kEntry ? INI_OK : INI_NO_ENTRY;
 }
 
 extern "C" int32_t ini_delete_section(const char* file, const char* section) noexcept {

@@ -34,14 +34,8 @@ bool seek_read_section(std::FILE* in, const char* section, char* text) {
 int32_t list_names(std::FILE* in, char* buffer, int32_t* size, char* text) {
   NameList names(buffer, *size);
   bool room = true;
-  while (room && read_line(in, nullptr, text) == kEntry) {
-    const EntryLine e = split_entry(text);
-    if (!e.found) {
-      report_malformed(__LINE__);
-      continue;
-    }
-    room = names.add(e.name);
-  }
+  EntryLine e;
+  while (room && next_entry(in, nullptr, text, &e) == kEntry) room = names.add(e.name);
   return names.close(size);
 }
 
@@ -50,6 +44,17 @@ int32_t read_value(const char* file, const char* section, const char* entry, cha
   if (entry == nullptr) return INI_NO_ENTRY;
   int32_t size = static_cast<int32_t>(kValueBufferMax) - 1;
   return ini_read_string(file, section, entry, buffer, &size);
+}
+
+// One number: *value changes only when the entry was read.
+template <class T>
+int32_t read_number(const char* file, const char* section, const char* entry, T* value,
+                    T (*convert)(const char*) noexcept) {
+  if (value == nullptr) return INI_TOO_SMALL;
+  char text[kValueBufferMax];
+  const int32_t code = read_value(file, section, entry, text);
+  if (code == INI_OK) *value = convert(text);
+  return code;
 }
 
 template <class T, class Parse>
@@ -82,12 +87,8 @@ extern "C" int32_t ini_read_string(const char* file, const char* section, const 
   char text[kLineBuffer];
   if (!seek_read_section(in.stream, section, text)) return INI_NO_SECTION;
   if (entry == nullptr) return list_names(in.stream, buffer, size, text);
-  while (read_line(in.stream, nullptr, text) == kEntry) {
-    const EntryLine e = split_entry(text);
-    if (!e.found) {
-      report_malformed(__LINE__);
-      continue;
-    }
+  EntryLine e;
+  while (next_entry(in.stream, nullptr, text, &e) == kEntry) {
     if (e.name == entry) {
       // The value is copied with *size as its limit; *size itself stays as it was.
       const auto len = static_cast<int32_t>(e.value.size());
@@ -102,20 +103,12 @@ extern "C" int32_t ini_read_string(const char* file, const char* section, const 
 
 extern "C" int32_t ini_read_long(const char* file, const char* section, const char* entry,
                                  int32_t* value) noexcept {
-  if (value == nullptr) return INI_TOO_SMALL;
-  char text[kValueBufferMax];
-  const int32_t code = read_value(file, section, entry, text);
-  if (code == INI_OK) *value = convert_stol(text);
-  return code;
+  return read_number(file, section, entry, value, convert_stol);
 }
 
 extern "C" int32_t ini_read_double(const char* file, const char* section, const char* entry,
                                    double* value) noexcept {
-  if (value == nullptr) return INI_TOO_SMALL;
-  char text[kValueBufferMax];
-  const int32_t code = read_value(file, section, entry, text);
-  if (code == INI_OK) *value = convert_stod(text);
-  return code;
+  return read_number(file, section, entry, value, convert_stod);
 }
 
 extern "C" int32_t ini_read_longs(const char* file, const char* section, const char* entry,

@@ -1,6 +1,5 @@
 // Renaming a section or an entry of a settings file directly.
 #include <tivlib/ini.h>
-#include <tivlib/str.h>
 
 #include "settings/rewrite.h"
 
@@ -20,17 +19,7 @@ bool new_name_ok(const char* new_name, char* out) {
 // and blank line are. A blank section needs no search. Gives false if the input ended first.
 bool seek_section(const char* trimmed, std::FILE* in, Output& out, char* text) {
   ini_first_header = 1;
-  if (trimmed[0] == '\0') return true;
-  for (;;) {
-    if (find_section(in, &out, text) == kEnd) return false;
-    out.separate();
-    if (ini_first_header == 0)
-      out.write("\n");
-    else
-      ini_first_header = 0;
-    if (str_eq(text, trimmed)) return true;
-    out.write_bracketed(text);
-  }
+  return trimmed[0] == '\0' || seek_header(in, out, trimmed, text, false);
 }
 
 }  // namespace
@@ -91,29 +80,19 @@ extern "C" int32_t ini_rename_entry(const char* file, const char* section, const
   }
   if (trimmed[0] != '\0') out.write_bracketed(trimmed);
 
-  for (;;) {
-    const int kind = read_line(in, &out, text);
-    if (kind == kEntry) {
-      const EntryLine e = split_entry(text);
-      if (!e.found) {
-        report_malformed(__LINE__);
-        continue;
-      }
-      out.separate();
-      if (e.name == entry) {
-        out.write_pair(name, e.value);
-        copy_rest(out, in);
-        return rw.commit();
-      }
-      out.write_pair(e.name, e.value);
-      continue;
-    }
-    if (kind == kHeader) {
-      if (out.position() != 0) out.write("\n\n");
-      out.write_bracketed(text);
-    }
+  EntryLine match;
+  const int kind = pass_entries(in, out, entry, text, &match);
+  if (kind == kEntry) {
+    out.separate();
+    out.write_pair(name, match.value);
     copy_rest(out, in);
-    rw.commit();
-    return INI_NO_ENTRY;
+    return rw.commit();
   }
+  if (kind == kHeader) {
+    if (out.position() != 0) out.write("\n\n");
+    out.write_bracketed(text);
+  }
+  copy_rest(out, in);
+  rw.commit();
+  return INI_NO_ENTRY;
 }

@@ -1,7 +1,6 @@
 // Writing one entry of a settings file directly: the file is streamed through a temporary
 // file, in normal form up to the entry and byte for byte behind it, and copied back.
 #include <tivlib/ini.h>
-#include <tivlib/str.h>
 
 #include "settings/numbers.h"
 #include "settings/rewrite.h"
@@ -26,50 +25,31 @@ extern "C" int32_t ini_write_string(const char* file, const char* section, const
   ini_first_header = 1;
   char text[kLineBuffer];
 
-  if (trimmed[0] != '\0') {
-    bool found = false;
-    while (!found && find_section(in, &out, text) == kHeader) {
-      write_header(out, text);
-      found = str_eq(text, section) != 0;
-    }
-    if (!found) {
-      // A new section at the end, under the name as the caller gave it.
-      out.separate();
-      if (ini_first_header == 0) out.write("\n");
-      out.write_bracketed(section);
-      out.write("\n");
-      out.write_pair(entry, value);
-      return rw.commit();
-    }
+  if (trimmed[0] != '\0' && !seek_header(in, out, section, text, true)) {
+    // A new section at the end, under the name as the caller gave it.
+    out.separate();
+    if (ini_first_header == 0) out.write("\n");
+    out.write_bracketed(section);
+    out.write("\n");
+    out.write_pair(entry, value);
+    return rw.commit();
   }
 
-  for (;;) {
-    const int kind = read_line(in, &out, text);
-    if (kind == kEntry) {
-      const EntryLine e = split_entry(text);
-      if (!e.found) {
-        report_malformed(__LINE__);  // dropped from the file
-        continue;
-      }
-      out.separate();
-      if (e.name == entry) {
-        out.write_pair(e.name, value);
-        copy_rest(out, in);
-        return rw.commit();
-      }
-      out.write_pair(e.name, e.value);
-      continue;
-    }
+  EntryLine match;
+  const int kind = pass_entries(in, out, entry, text, &match);
+  out.separate();
+  if (kind == kEntry) {
+    out.write_pair(match.name, value);
+  } else {
     // The section ended (next header or end of file): the entry is new and goes last in it.
-    out.separate();
     out.write_pair(entry, value);
     if (kind == kHeader) {
       out.write("\n\n");
       out.write_bracketed(text);
     }
-    copy_rest(out, in);
-    return rw.commit();
   }
+  copy_rest(out, in);
+  return rw.commit();
 }
 
 extern "C" int32_t ini_write_long(const char* file, const char* section, const char* entry,

@@ -79,6 +79,40 @@ void write_header(Output& out, const char* name) {
   out.write_bracketed(name);
 }
 
+bool seek_header(std::FILE* in, Output& out, const char* name, char* text, bool write_found) {
+  while (find_section(in, &out, text) == kHeader) {
+    out.separate();
+    if (ini_first_header == 0)
+      out.write("\n");
+    else
+      ini_first_header = 0;
+    const bool found = str_eq(text, name) != 0;
+    if (!found || write_found) out.write_bracketed(text);
+    if (found) return true;
+  }
+  return false;
+}
+
+int next_entry(std::FILE* in, Output* echo, char* text, EntryLine* entry) {
+  for (;;) {
+    const int kind = read_line(in, echo, text);
+    if (kind != kEntry) return kind;
+    *entry = split_entry(text);
+    if (entry->found) return kEntry;
+    report_malformed(__LINE__);  // a rewrite drops the line from the file
+  }
+}
+
+int pass_entries(std::FILE* in, Output& out, const char* entry, char* text, EntryLine* match) {
+  int kind;
+  while ((kind = next_entry(in, &out, text, match)) == kEntry) {
+    if (match->name == entry) return kEntry;
+    out.separate();
+    out.write_pair(match->name, match->value);
+  }
+  return kind;
+}
+
 void copy_rest(Output& out, std::FILE* in) {
   out.separate();
   if (in == nullptr) return;

@@ -40,6 +40,23 @@ int find_section(std::FILE* in, Output* echo, char* text);
 // unless it is the first thing but comments.
 void write_header(Output& out, const char* name);
 
+// Streams the input up to the header named name (compared exactly), putting out every other
+// header (as write_header does) and what stands in front of them. The wanted header gets its
+// separation and blank line; its bracketed name is written only if write_found. Gives false
+// if the input ended first.
+bool seek_header(std::FILE* in, Output& out, const char* name, char* text, bool write_found);
+
+// Reads on to the next well-formed entry line of the current section (as read_line does,
+// comments echoed) and splits it into *entry. Entry lines without "=" are reported and passed
+// over. Gives kEntry, or the kind that ended the section: kHeader (name in text) or kEnd.
+int next_entry(std::FILE* in, Output* echo, char* text, EntryLine* entry);
+
+// Streams the entries of the current section to out, each behind a separation, until the
+// entry named entry. Malformed entry lines are reported and dropped. Gives kEntry with the
+// wanted entry in *match (nothing written for it, not even the separation), or the kind that
+// ended the section: kHeader (name in text) or kEnd.
+int pass_entries(std::FILE* in, Output& out, const char* entry, char* text, EntryLine* match);
+
 // Separates, then copies what remains of the input byte for byte (nothing for a nil input).
 void copy_rest(Output& out, std::FILE* in);
 
