@@ -22,6 +22,18 @@ int32_t read_value(mini_file* handle, const char* section, const char* entry, ch
   return mini_read_string(handle, section, entry, text, &size);
 }
 
+// One number: *value changes only when the entry was read.
+template <class T>
+int32_t read_number(mini_file* handle, const char* section, const char* entry, T* value,
+                    T (*convert)(const char*) noexcept) {
+  if (value == nullptr) return INI_TOO_SMALL;
+  if (entry == nullptr) return INI_NO_ENTRY;
+  char text[kValueBufferMax];
+  const int32_t code = read_value(handle, section, entry, text);
+  if (code == INI_OK) *value = convert(text);
+  return code;
+}
+
 template <class T, class Parse>
 int32_t read_list(mini_file* handle, const char* section, const char* entry, T* values,
                   int32_t* count, Parse parse) {
@@ -62,22 +74,12 @@ extern "C" int32_t mini_read_string(mini_file* handle, const char* section, cons
 
 extern "C" int32_t mini_read_long(mini_file* handle, const char* section, const char* entry,
                                   int32_t* value) noexcept {
-  if (value == nullptr) return INI_TOO_SMALL;
-  if (entry == nullptr) return INI_NO_ENTRY;
-  char text[kValueBufferMax];
-  const int32_t code = read_value(handle, section, entry, text);
-  if (code == INI_OK) *value = convert_stol(text);
-  return code;
+  return read_number(handle, section, entry, value, convert_stol);
 }
 
 extern "C" int32_t mini_read_double(mini_file* handle, const char* section, const char* entry,
                                     double* value) noexcept {
-  if (value == nullptr) return INI_TOO_SMALL;
-  if (entry == nullptr) return INI_NO_ENTRY;
-  char text[kValueBufferMax];
-  const int32_t code = read_value(handle, section, entry, text);
-  if (code == INI_OK) *value = convert_stod(text);
-  return code;
+  return read_number(handle, section, entry, value, convert_stod);
 }
 
 extern "C" int32_t mini_read_longs(mini_file* handle, const char* section, const char* entry,
@@ -110,13 +112,7 @@ extern "C" int32_t mini_write_string(mini_file* handle, const char* section, con
   char key[kMiniEntryMax + 1];
   if (trimmed_copy(key, entry, kMiniEntryMax)[0] == '\0') return INI_NO_ENTRY;
   if (mini_entry* e = find_entry(s, key)) {
-    char* copy = str_alloc(value);
-    if (copy == nullptr) {
-      report_no_memory(__LINE__);
-      return INI_ERROR;
-    }
-    heap_free(e->value);
-    e->value = copy;
+    if (!replace_text(e->value, value)) return INI_ERROR;
   } else if (add_entry(s, key, value) == nullptr) {
     return INI_ERROR;
   }

@@ -1,7 +1,6 @@
 // Deletes and renames on an in-memory settings handle. Within a loaded section they change
 // memory (the file follows at the next update); otherwise they change the file at once
 // through the direct operations, and load nothing.
-#include <tivlib/heap.h>
 #include <tivlib/ini.h>
 #include <tivlib/mini.h>
 #include <tivlib/str.h>
@@ -61,13 +60,7 @@ extern "C" int32_t mini_rename_entry(mini_file* handle, const char* section, con
   if (mini_section* s = find_loaded(handle, trimmed_copy(name, section, kNameMax))) {
     mini_entry* e = find_entry(s, entry);
     if (e == nullptr) return INI_NO_ENTRY;
-    char* copy = str_alloc(fresh);
-    if (copy == nullptr) {
-      report_no_memory(__LINE__);
-      return INI_ERROR;
-    }
-    heap_free(e->name);
-    e->name = copy;
+    if (!replace_text(e->name, fresh)) return INI_ERROR;
     return INI_OK;
   }
   char path[FIO_PATH_BUFFER];
@@ -86,13 +79,7 @@ extern "C" int32_t mini_rename_section(mini_file* handle, const char* section,
   file_path(handle, path);
   char name[kNameMax + 1];
   if (mini_section* s = find_loaded(handle, trimmed_copy(name, section, kNameMax))) {
-    char* copy = str_alloc(fresh);
-    if (copy == nullptr) {
-      report_no_memory(__LINE__);
-      return INI_ERROR;
-    }
-    heap_free(s->name);
-    s->name = copy;
+    if (!replace_text(s->name, fresh)) return INI_ERROR;
     ini_rename_section(path, section, new_name);
     return INI_OK;
   }

@@ -96,6 +96,17 @@ void report_no_memory(int32_t line) {
   zv_exit("Insufficient of memory.", nullptr, nullptr, kSource, line);
 }
 
+bool replace_text(char*& slot, const char* text) {
+  char* copy = str_alloc(text);
+  if (copy == nullptr) {
+    report_no_memory(__LINE__);
+    return false;
+  }
+  heap_free(slot);
+  slot = copy;
+  return true;
+}
+
 mini_section* find_loaded(const mini_file* handle, const char* name) {
   for (auto* s = static_cast<mini_section*>(handle->sections.first); s != nullptr; s = s->next)
     if (str_eq(s->name, name)) return s;

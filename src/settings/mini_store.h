@@ -93,6 +93,10 @@ mini_entry* add_entry(mini_section* section, const char* name, const char* value
 // Unlinks and frees an entry.
 void free_entry(mini_section* section, mini_entry* entry);
 
+// Replaces the heap text in slot with a copy of text. When memory is out (reported) the slot
+// keeps its old text and the result is false.
+bool replace_text(char*& slot, const char* text);
+
 // The path of the handle's file, as fio_makepath builds it (FIO_PATH_BUFFER characters).
 char* file_path(const mini_file* handle, char* path);
 
