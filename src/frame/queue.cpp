@@ -4,29 +4,18 @@
 #include <tivlib/queue.h>
 #include <tivlib/zv.h>
 
+#include "frame/word_chain.h"
+
+using tiv::frame::WordNode;
+
 namespace {
-
 constexpr const char* kSource = "Queue";
-
-struct queue_node {
-  intptr_t value;
-  queue_node* next;
-};
-
-void free_nodes(queue_node* node) {
-  while (node != nullptr) {
-    queue_node* next = node->next;
-    heap_free(node);
-    node = next;
-  }
-}
-
 }  // namespace
 
 // head is nil when the queue is empty; tail has a meaning only while head is not nil.
 struct queue_handle {
-  queue_node* head;
-  queue_node* tail;
+  WordNode* head;
+  WordNode* tail;
 };
 
 extern "C" {
@@ -41,13 +30,11 @@ queue_handle* queue_open(void) noexcept {
 
 void queue_post(queue_handle* queue, intptr_t value) noexcept {
   if (queue == nullptr) return;
-  auto* node = static_cast<queue_node*>(heap_malloc(sizeof(queue_node)));
+  WordNode* node = tiv::frame::new_word_node(value, nullptr);
   if (node == nullptr) {
     zv_error("queue_post: out of space", "value has been lost", nullptr, kSource, __LINE__);
     return;
   }
-  node->value = value;
-  node->next = nullptr;
   if (queue->head == nullptr)
     queue->head = node;
   else
@@ -57,11 +44,7 @@ void queue_post(queue_handle* queue, intptr_t value) noexcept {
 
 intptr_t queue_get(queue_handle* queue) noexcept {
   if (queue == nullptr || queue->head == nullptr) return 0;
-  queue_node* node = queue->head;
-  const intptr_t value = node->value;
-  queue->head = node->next;
-  heap_free(node);
-  return value;
+  return tiv::frame::take_first_word(queue->head);
 }
 
 intptr_t queue_look(queue_handle* queue) noexcept {
@@ -71,14 +54,14 @@ intptr_t queue_look(queue_handle* queue) noexcept {
 
 void queue_clear(queue_handle* queue) noexcept {
   if (queue == nullptr) return;
-  free_nodes(queue->head);
+  tiv::frame::free_word_chain(queue->head);
   queue->head = nullptr;
   queue->tail = nullptr;
 }
 
 void queue_close(queue_handle* queue) noexcept {
   if (queue == nullptr) return;
-  free_nodes(queue->head);
+  tiv::frame::free_word_chain(queue->head);
   heap_free(queue);
 }
 

@@ -2,18 +2,13 @@
 #include <tivlib/heap.h>
 #include <tivlib/stack.h>
 
-namespace {
+#include "frame/word_chain.h"
 
-struct stack_node {
-  intptr_t value;
-  stack_node* next;
-};
-
-}  // namespace
+using tiv::frame::WordNode;
 
 // top is the newest node, nil when the stack is empty.
 struct stack_handle {
-  stack_node* top;
+  WordNode* top;
 };
 
 extern "C" {
@@ -25,20 +20,12 @@ stack_handle* stack_open(void) noexcept {
 // A value whose node can't be allocated is lost without a word.
 void stack_push(stack_handle* stack, intptr_t value) noexcept {
   if (stack == nullptr) return;
-  auto* node = static_cast<stack_node*>(heap_malloc(sizeof(stack_node)));
-  if (node == nullptr) return;
-  node->value = value;
-  node->next = stack->top;
-  stack->top = node;
+  if (WordNode* node = tiv::frame::new_word_node(value, stack->top)) stack->top = node;
 }
 
 intptr_t stack_pop(stack_handle* stack) noexcept {
   if (stack == nullptr || stack->top == nullptr) return 0;
-  stack_node* node = stack->top;
-  const intptr_t value = node->value;
-  stack->top = node->next;
-  heap_free(node);
-  return value;
+  return tiv::frame::take_first_word(stack->top);
 }
 
 intptr_t stack_get(stack_handle* stack) noexcept {
@@ -48,7 +35,7 @@ intptr_t stack_get(stack_handle* stack) noexcept {
 
 void stack_close(stack_handle* stack) noexcept {
   if (stack == nullptr) return;
-  while (stack->top != nullptr) stack_pop(stack);
+  tiv::frame::free_word_chain(stack->top);
   heap_free(stack);
 }
 
