@@ -1,35 +1,14 @@
 // Opening and reading arbitrary files: the input is written to a file in a temporary directory
 // and read back through every reading mode and every typed read until the end of the file.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 
 #include <tivlib/fio.h>
 
-namespace {
+#include "support/run_dir.h"
 
-// A private directory for the whole run, named absolutely: the working directory stays, so
-// that libFuzzer finds relative corpus paths (the log zv.err lands in the working directory).
-// The library lower-cases the directory name and finds it again case-insensitively.
-struct RunDir {
-  RunDir() {
-    char pattern[] = "/tmp/tivlib-fuzz.XXXXXX";
-    if (::mkdtemp(pattern) == nullptr) std::abort();
-    path = pattern;
-    file = (path / "input.bin").string();
-  }
-  ~RunDir() {
-    std::error_code ec;
-    std::filesystem::remove_all(path, ec);
-  }
-  std::filesystem::path path;
-  std::string file;
-};
+namespace {
 
 void drain(fio_handle* h, uint8_t selector) {
   char buffer[64];
@@ -52,11 +31,8 @@ void drain(fio_handle* h, uint8_t selector) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static RunDir dir;
-  std::FILE* f = std::fopen(dir.file.c_str(), "wb");
-  if (f == nullptr) return 0;
-  std::fwrite(data, 1, size, f);
-  std::fclose(f);
+  static tiv::fuzz::RunDir dir("/tmp/tivlib-fuzz.XXXXXX", "input.bin");
+  tiv::fuzz::put_input(dir.file, data, size);
   const uint8_t selector = size ? data[0] : 0;
   for (int32_t mode : {FIO_READ | FIO_HEADER, FIO_READ, FIO_READ | FIO_TEXT,
                        FIO_READ | FIO_UPDATE | FIO_HEADER}) {

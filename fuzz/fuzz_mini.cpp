@@ -1,59 +1,24 @@
 // In-memory settings handles on arbitrary files: the input is the settings file, opened with
 // each way of loading; reads, writes, deletes and renames, then an update whose result must
 // read back through a new handle.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include <tivlib/mini.h>
 
-namespace {
+#include "support/run_dir.h"
 
-struct RunDir {
-  RunDir() {
-    char pattern[] = "/tmp/tivlib-fuzz-mini.XXXXXX";
-    if (::mkdtemp(pattern) == nullptr) std::abort();
-    path = pattern;
-    file = (path / "input.ini").string();
-  }
-  ~RunDir() {
-    std::error_code ec;
-    std::filesystem::remove_all(path, ec);
-  }
-  std::filesystem::path path;
-  std::string file;
-};
-
-void put(const std::string& file, const uint8_t* data, size_t size) {
-  std::FILE* f = std::fopen(file.c_str(), "wb");
-  if (f == nullptr) std::abort();
-  std::fwrite(data, 1, size, f);
-  std::fclose(f);
-}
-
-std::string first_section(const uint8_t* data, size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
-  const auto open = text.find('[');
-  if (open == std::string::npos) return "s";
-  const auto close = text.find_first_of("]\n", open);
-  std::string name = text.substr(open + 1, close == std::string::npos ? 40 : close - open - 1);
-  if (name.size() > 40) name.resize(40);
-  return name.c_str();
-}
-
-}  // namespace
+using tiv::fuzz::first_section;
+using tiv::fuzz::RunDir;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static RunDir dir;
+  static RunDir dir("/tmp/tivlib-fuzz-mini.XXXXXX", "input.ini");
   const std::string section = first_section(data, size);
   const char* s = section.c_str();
-  put(dir.file, data, size);
+  tiv::fuzz::put_input(dir.file, data, size);
   const int32_t flags = size > 0 ? data[0] % 4 : 0;  // replace and load-all in every mix
 
   mini_file* h = mini_open(nullptr, dir.file.c_str(), flags);
