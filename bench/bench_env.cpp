@@ -152,12 +152,23 @@ void BM_get_double(benchmark::State& state) {
   auto n = static_cast<long>(state.range(0));
   if (n > 1000) n = static_cast<long>(static_cast<double>(n) * scale());
   if (n < 10) n = 10;
-  env_handle* env = env_open(0, nullptr);
-  char name[32];
+  // Built through the text form: n puts by name would each walk the whole section first.
+  std::string text = "[s]\n";
+  char name[64];
   for (long i = 0; i < n; ++i) {
-    std::snprintf(name, sizeof name, "e%ld", i);
-    env_put_double(env, "s", name, static_cast<double>(i) + 0.5);
+    std::snprintf(name, sizeof name, "e%ld =%ld.5\n", i, i);
+    text += name;
   }
+  struct Source {
+    const std::string& text;
+    std::size_t at;
+  } source{text, 0};
+  auto next = [](intptr_t user) -> int32_t {
+    auto* s = reinterpret_cast<Source*>(user);
+    return s->at < s->text.size() ? static_cast<signed char>(s->text[s->at++]) : -1;
+  };
+  env_handle* env = env_open(0, nullptr);
+  env_read(next, reinterpret_cast<intptr_t>(&source), env);
   std::snprintf(name, sizeof name, "e%ld", n - 1);
   double value = 0;
   for (auto _ : state) {

@@ -16,6 +16,10 @@ namespace {
 // existing walls); a larger position is refused so that a typo cannot exhaust memory.
 constexpr int32_t kFillMax = 1000000;
 
+// Handed out for a data element without a text. Writable, since the value parser terminates
+// tokens in place (and mends them).
+char g_no_text[1] = "";
+
 bool same(const char* a, const char* b) { return std::strcmp(a, b) == 0; }
 
 Block* child_of(const Element* e) {
@@ -298,7 +302,7 @@ int32_t get_core(env_handle* env, const char* section, const char* path, int32_t
       if (name_out != nullptr) *name_out = e->name();
       switch (e->kind) {
         case kData:
-          if (data_out != nullptr) *data_out = e->value.text != nullptr ? e->value.text : "";
+          if (data_out != nullptr) *data_out = e->value.text != nullptr ? e->value.text : g_no_text;
           h->status = ENV_IS_DATA;
           break;
         case kExternal:
