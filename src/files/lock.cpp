@@ -2,6 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <optional>
+
 #include "files/handle.h"
 #include "platform/locks.h"
 
@@ -11,17 +13,22 @@ namespace {
 constexpr int kLockTries = 10;        // tries of fio_lock
 constexpr int kLockPauseMs = 1000;    // pause between two tries
 
-// The descriptor's position and the file's length, flushing buffered writes first so that
-// the length counts them.
-bool note(fio_handle* h, int& fd, off_t& position, off_t& length) {
+// Runs op(descriptor, length of the file) with the descriptor at the file's start, and puts
+// the descriptor back where it stood. Buffered writes are flushed first so that the length
+// counts them. Nothing (op not run) when the descriptor, its position or the length can't be
+// had.
+template <class Op>
+std::optional<platform::LockResult> from_file_start(fio_handle* h, Op op) {
   std::fflush(h->stream);
-  fd = ::fileno(h->stream);
-  if (fd < 0) return false;
-  position = ::lseek(fd, 0, SEEK_CUR);
+  const int fd = ::fileno(h->stream);
+  if (fd < 0) return std::nullopt;
+  const off_t position = ::lseek(fd, 0, SEEK_CUR);
   struct stat st {};
-  if (position < 0 || ::fstat(fd, &st) != 0) return false;
-  length = st.st_size;
-  return true;
+  if (position < 0 || ::fstat(fd, &st) != 0) return std::nullopt;
+  ::lseek(fd, 0, SEEK_SET);
+  const platform::LockResult result = op(fd, st.st_size);
+  ::lseek(fd, position, SEEK_SET);
+  return result;
 }
 
 }  // namespace
@@ -31,14 +38,12 @@ bool note(fio_handle* h, int& fd, off_t& position, off_t& length) {
 // another holder keeps through all ten tries (about nine seconds).
 extern "C" int32_t fio_lock(fio_handle* handle) noexcept {
   if (handle == nullptr) return -4;
-  int fd;
-  off_t position, length;
-  if (!tiv::files::note(handle, fd, position, length)) return -5;
-  ::lseek(fd, 0, SEEK_SET);
-  const auto result = tiv::platform::lock_range(fd, 0, length, tiv::files::kLockTries,
-                                                tiv::files::kLockPauseMs);
-  ::lseek(fd, position, SEEK_SET);
-  switch (result) {
+  const auto result = tiv::files::from_file_start(handle, [](int fd, off_t length) {
+    return tiv::platform::lock_range(fd, 0, length, tiv::files::kLockTries,
+                                     tiv::files::kLockPauseMs);
+  });
+  if (!result) return -5;
+  switch (*result) {
     case tiv::platform::LockResult::done: return 0;
     case tiv::platform::LockResult::bad_descriptor: return -4;
     case tiv::platform::LockResult::refused: return -1;
@@ -52,13 +57,10 @@ extern "C" int32_t fio_lock(fio_handle* handle) noexcept {
 // released entirely.
 extern "C" int32_t fio_unlock(fio_handle* handle) noexcept {
   if (handle == nullptr) return -1;
-  int fd;
-  off_t position, length;
-  if (!tiv::files::note(handle, fd, position, length)) return -1;
-  ::lseek(fd, 0, SEEK_SET);
-  const auto result = tiv::platform::unlock_range(fd, 0, 0);
-  ::lseek(fd, position, SEEK_SET);
-  switch (result) {
+  const auto result = tiv::files::from_file_start(
+      handle, [](int fd, off_t) { return tiv::platform::unlock_range(fd, 0, 0); });
+  if (!result) return -1;
+  switch (*result) {
     case tiv::platform::LockResult::done: return 0;
     case tiv::platform::LockResult::bad_descriptor: return -1;
     default: return -2;
