@@ -34,17 +34,72 @@ void make_only(listdescriptor *list, void *element) noexcept {
     list->count = 1;
 }
 
-// Walks by `next` from `from` and gives the first element that `match` accepts with exactly 1.
-// The walk stops after trying `to` (nil: never stops early). The link is read after match
+// One direction of a list: the link that leads that way, the link that leads back, and the
+// end of the descriptor that lies that way.
+struct Direction {
+    void *list_links::*toward;
+    void *list_links::*back;
+    void *listdescriptor::*end;
+};
+constexpr Direction kForward{&list_links::next, &list_links::prev, &listdescriptor::last};
+constexpr Direction kBackward{&list_links::prev, &list_links::next, &listdescriptor::first};
+
+// Walks from `from` along `step` and gives the first element that `match` accepts with exactly
+// 1. The walk stops after trying `to` (nil: never stops early). The link is read after match
 // returns, so match must leave the element in the list.
-void *search_forward(void *from, const void *to, list_match_fn match, intptr_t key) noexcept {
+void *search(void *from, const void *to, list_match_fn match, intptr_t key,
+             void *list_links::*step) noexcept {
     if (match == nullptr) return nullptr;
     for (void *e = from; e != nullptr;) {
         if (match(e, key) == 1) return e;
         if (e == to) return nullptr;
-        e = links(e)->next;
+        e = links(e)->*step;
     }
     return nullptr;
+}
+
+// Visits from `from` along `step`, reading the link before calling visit, so visit may unlink
+// or free its element.
+void traverse(void *from, list_visit_fn visit, intptr_t key, void *list_links::*step) noexcept {
+    if (visit == nullptr) return;
+    for (void *e = from; e != nullptr;) {
+        void *following = links(e)->*step;
+        visit(e, key);
+        e = following;
+    }
+}
+
+// Links `element` next to `position` on the side `way` (nil position: at that end of the
+// list). A position whose link toward that side is nil though the descriptor's end is not the
+// position is reported with `disorder` and nothing changes.
+void insert(listdescriptor *list, void *position, void *element, const Direction &way,
+            const char *disorder) noexcept {
+    if (list == nullptr || element == nullptr) return;
+    if (position == nullptr) {
+        if (list->count == 0) {
+            make_only(list, element);
+            return;
+        }
+        links(element)->*way.toward = nullptr;
+        links(element)->*way.back = list->*way.end;
+        links(list->*way.end)->*way.toward = element;
+        list->*way.end = element;
+        ++list->count;
+        return;
+    }
+    void *neighbour = links(position)->*way.toward;
+    if (neighbour == nullptr && list->*way.end != position) {
+        zv_error(disorder, nullptr, nullptr, kSource, __LINE__);
+        return;
+    }
+    links(element)->*way.toward = neighbour;
+    links(element)->*way.back = position;
+    links(position)->*way.toward = element;
+    if (neighbour != nullptr)
+        links(neighbour)->*way.back = element;
+    else
+        list->*way.end = element;
+    ++list->count;
 }
 
 }  // namespace
@@ -62,61 +117,11 @@ void list_init(listdescriptor *list) noexcept {
 }
 
 void list_insert_before(listdescriptor *list, void *position, void *element) noexcept {
-    if (list == nullptr || element == nullptr) return;
-    if (position == nullptr) {
-        if (list->count == 0) {
-            make_only(list, element);
-            return;
-        }
-        links(element)->prev = nullptr;
-        links(element)->next = list->first;
-        links(list->first)->prev = element;
-        list->first = element;
-        ++list->count;
-        return;
-    }
-    void *before = links(position)->prev;
-    if (before == nullptr && list->first != position) {
-        zv_error("list_insert_before: list is not in order", nullptr, nullptr, kSource, __LINE__);
-        return;
-    }
-    links(element)->prev = before;
-    links(element)->next = position;
-    links(position)->prev = element;
-    if (before != nullptr)
-        links(before)->next = element;
-    else
-        list->first = element;
-    ++list->count;
+    insert(list, position, element, kBackward, "list_insert_before: list is not in order");
 }
 
 void list_insert_after(listdescriptor *list, void *position, void *element) noexcept {
-    if (list == nullptr || element == nullptr) return;
-    if (position == nullptr) {
-        if (list->count == 0) {
-            make_only(list, element);
-            return;
-        }
-        links(element)->next = nullptr;
-        links(element)->prev = list->last;
-        links(list->last)->next = element;
-        list->last = element;
-        ++list->count;
-        return;
-    }
-    void *behind = links(position)->next;
-    if (behind == nullptr && list->last != position) {
-        zv_error("list_insert_after: list is not in order", nullptr, nullptr, kSource, __LINE__);
-        return;
-    }
-    links(element)->next = behind;
-    links(element)->prev = position;
-    links(position)->next = element;
-    if (behind != nullptr)
-        links(behind)->prev = element;
-    else
-        list->last = element;
-    ++list->count;
+    insert(list, position, element, kForward, "list_insert_after: list is not in order");
 }
 
 // Unlinks `element` from its neighbours (or the descriptor's ends). The element keeps its own
@@ -160,53 +165,38 @@ void list_free_all(listdescriptor *list, list_destroy_fn destroy) noexcept {
 
 void *list_search(const listdescriptor *list, list_match_fn match, intptr_t key) noexcept {
     if (list == nullptr) return nullptr;
-    return search_forward(list->first, nullptr, match, key);
+    return search(list->first, nullptr, match, key, &list_links::next);
 }
 
 void *list_search_from(const listdescriptor *, void *from, list_match_fn match,
                        intptr_t key) noexcept {
-    return search_forward(from, nullptr, match, key);
+    return search(from, nullptr, match, key, &list_links::next);
 }
 
 void *list_search_to(const listdescriptor *list, void *to, list_match_fn match,
                      intptr_t key) noexcept {
     if (list == nullptr) return nullptr;
-    return search_forward(list->first, to, match, key);
+    return search(list->first, to, match, key, &list_links::next);
 }
 
 void *list_search_from_to(const listdescriptor *, void *from, void *to, list_match_fn match,
                           intptr_t key) noexcept {
-    return search_forward(from, to, match, key);
+    return search(from, to, match, key, &list_links::next);
 }
 
 void *list_search_backward(const listdescriptor *list, list_match_fn match,
                            intptr_t key) noexcept {
-    if (list == nullptr || match == nullptr) return nullptr;
-    for (void *e = list->last; e != nullptr;) {
-        if (match(e, key) == 1) return e;
-        e = links(e)->prev;
-    }
-    return nullptr;
+    if (list == nullptr) return nullptr;
+    return search(list->last, nullptr, match, key, &list_links::prev);
 }
 
-// Both traversals read the link before calling visit, so visit may unlink or free its element.
 void list_traverse(const listdescriptor *list, list_visit_fn visit, intptr_t key) noexcept {
-    if (list == nullptr || visit == nullptr) return;
-    for (void *e = list->first; e != nullptr;) {
-        void *next = links(e)->next;
-        visit(e, key);
-        e = next;
-    }
+    if (list != nullptr) traverse(list->first, visit, key, &list_links::next);
 }
 
 void list_traverse_backward(const listdescriptor *list, list_visit_fn visit,
                             intptr_t key) noexcept {
-    if (list == nullptr || visit == nullptr) return;
-    for (void *e = list->last; e != nullptr;) {
-        void *prev = links(e)->prev;
-        visit(e, key);
-        e = prev;
-    }
+    if (list != nullptr) traverse(list->last, visit, key, &list_links::prev);
 }
 
 // Counts from 1 by following links; count is not consulted. Numbers of 1 or less give first.
