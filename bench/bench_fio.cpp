@@ -15,39 +15,19 @@
 #include <string>
 #include <unistd.h>
 
+#include "bench_dir.h"
+#include "bench_scale.h"
+
 namespace {
 
-std::size_t scaled(std::size_t full) {
-  const char* s = std::getenv("TIV_BENCH_SCALE");
-  const double scale = s != nullptr ? std::atof(s) : 1.0;
-  const auto n = static_cast<std::size_t>(static_cast<double>(full) * (scale > 0 ? scale : 1.0));
-  return n < 1024 ? 1024 : n;
-}
+std::size_t scaled(std::size_t full) { return tiv::bench::scaled(full, std::size_t{1024}); }
 
 const std::size_t kDoubles = scaled(10'000'000);
 const std::size_t kBytes = scaled(100u * 1024u * 1024u);
 
 // A temporary directory for the run; the benchmark enters it.
-class BenchDir {
- public:
-  BenchDir() {
-    char pattern[] = "/tmp/tivlib-bench.XXXXXX";
-    if (::mkdtemp(pattern) == nullptr) std::abort();
-    path_ = pattern;
-    std::filesystem::current_path(path_);
-  }
-  ~BenchDir() {
-    std::error_code ec;
-    std::filesystem::current_path("/", ec);
-    std::filesystem::remove_all(path_, ec);
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
-BenchDir& bench_dir() {
-  static BenchDir dir;
+tiv::bench::BenchDir& bench_dir() {
+  static tiv::bench::BenchDir dir("/tmp/tivlib-bench.XXXXXX", true);
   return dir;
 }
 

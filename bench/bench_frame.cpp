@@ -13,15 +13,11 @@
 #include <string>
 #include <vector>
 
+#include "bench_scale.h"
+
 namespace {
 
-// Sizes follow TIV_BENCH_SCALE (1.0 = full size).
-int64_t scaled(int64_t full) {
-  const char* s = std::getenv("TIV_BENCH_SCALE");
-  const double f = s != nullptr ? std::atof(s) : 1.0;
-  const auto n = static_cast<int64_t>(static_cast<double>(full) * (f > 0 ? f : 1.0));
-  return n > 0 ? n : 1;
-}
+int64_t scaled(int64_t full) { return tiv::bench::scaled(full, int64_t{1}); }
 
 // Pieces of 1 to 64 bytes, from a fixed seed.
 std::vector<int32_t> piece_sizes(int64_t count) {
@@ -138,3 +134,4 @@ void DtosPeer(benchmark::State& state) {
 BENCHMARK(DtosPeer)->Name("text/convert_dtos/peer_snprintf");
 
 }  // namespace
+BENCHMARK_MAIN();

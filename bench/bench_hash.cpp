@@ -15,14 +15,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "bench_scale.h"
+
 namespace {
 
-size_t scaled(size_t full) {
-    const char *s = std::getenv("TIV_BENCH_SCALE");
-    const double scale = s != nullptr ? std::atof(s) : 1.0;
-    const auto n = static_cast<size_t>(static_cast<double>(full) * (scale > 0 ? scale : 1.0));
-    return n < 64 ? 64 : n;
-}
+size_t scaled(size_t full) { return tiv::bench::scaled(full, size_t{64}); }
 
 // 32-bit FNV-1a, kept non-negative (a hash function must not give the most negative number).
 int32_t fnv1a(const char *key) {

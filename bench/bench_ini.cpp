@@ -22,13 +22,11 @@
 #include <SimpleIni.h>
 #endif
 
+#include "bench_scale.h"
+
 namespace {
 
-double scale() {
-  const char* s = std::getenv("TIV_BENCH_SCALE");
-  const double v = s != nullptr ? std::atof(s) : 1.0;
-  return v > 0 ? v : 1.0;
-}
+using tiv::bench::scale_factor;
 
 // The generated file: sections section00.. with 20 entries key00=value ... each.
 struct Fixture {
@@ -41,7 +39,7 @@ struct Fixture {
     char pattern[] = "/tmp/tivlib-bench-ini.XXXXXX";
     dir = ::mkdtemp(pattern);
     path = dir + "/bench.ini";
-    int sections = static_cast<int>(50 * scale());
+    int sections = static_cast<int>(50 * scale_factor());
     if (sections < 1) sections = 1;
     constexpr int kEntries = 20;
     char line[128];

@@ -18,29 +18,20 @@
 #include <string>
 #include <vector>
 
+#include "bench_dir.h"
+#include "bench_scale.h"
+
 namespace {
 
-size_t scaled(size_t full) {
-  const char* s = std::getenv("TIV_BENCH_SCALE");
-  const double scale = s != nullptr ? std::atof(s) : 1.0;
-  const auto n = static_cast<size_t>(static_cast<double>(full) * (scale > 0 ? scale : 1.0));
-  return n < 64 ? 64 : n;
-}
+size_t scaled(size_t full) { return tiv::bench::scaled(full, size_t{64}); }
 
 // The generated catalogue, written once per process into a temporary directory.
 class Catalogue {
  public:
   Catalogue() {
-    char pattern[] = "/tmp/tivlib-bench-profil.XXXXXX";
-    if (::mkdtemp(pattern) == nullptr) std::abort();
-    dir_ = pattern;
-    path_ = (dir_ / "big.pro").string();
+    path_ = (dir_.path() / "big.pro").string();
     write(scaled(1000000));
-    profil_path(dir_.string().c_str());
-  }
-  ~Catalogue() {
-    std::error_code ec;
-    std::filesystem::remove_all(dir_, ec);
+    profil_path(dir_.path().string().c_str());
   }
   const std::string& path() const { return path_; }
   int64_t bytes() const { return bytes_; }
@@ -72,7 +63,7 @@ class Catalogue {
     std::fclose(f);
   }
 
-  std::filesystem::path dir_;
+  tiv::bench::BenchDir dir_{"/tmp/tivlib-bench-profil.XXXXXX"};
   std::string path_;
   int64_t bytes_ = 0;
   size_t rows_ = 0;

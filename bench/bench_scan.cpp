@@ -11,15 +11,11 @@
 #include <random>
 #include <string>
 
+#include "bench_scale.h"
+
 namespace {
 
-// Sizes follow TIV_BENCH_SCALE (1.0 = full size).
-int64_t scaled(int64_t full) {
-  const char* s = std::getenv("TIV_BENCH_SCALE");
-  const double f = s != nullptr ? std::atof(s) : 1.0;
-  const auto n = static_cast<int64_t>(static_cast<double>(full) * (f > 0 ? f : 1.0));
-  return n > 0 ? n : 1;
-}
+int64_t scaled(int64_t full) { return tiv::bench::scaled(full, int64_t{1}); }
 
 constexpr const char* const kKeywords[] = {"if",    "else",  "while", "for",    "return",
                                            "int",   "long",  "double", "char",  "void",

@@ -14,14 +14,11 @@
 #include <string>
 #include <vector>
 
+#include "bench_scale.h"
+
 namespace {
 
-size_t scaled(size_t full) {
-    const char *s = std::getenv("TIV_BENCH_SCALE");
-    const double scale = s != nullptr ? std::atof(s) : 1.0;
-    const auto n = static_cast<size_t>(static_cast<double>(full) * (scale > 0 ? scale : 1.0));
-    return n < 16 ? 16 : n;
-}
+size_t scaled(size_t full) { return tiv::bench::scaled(full, size_t{16}); }
 
 enum class Shape { random, sorted, reversed, duplicates };
 constexpr Shape kShapes[] = {Shape::random, Shape::sorted, Shape::reversed, Shape::duplicates};
