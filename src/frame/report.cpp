@@ -15,6 +15,17 @@ constexpr size_t kBoxTextMax = ZV_BOX_TEXT_MAX;
 // A nil source name is written as an empty one.
 const char* source_or_empty(const char* source) { return source != nullptr ? source : ""; }
 
+// The heading line "<kind> in "<source>" line <line>:" and the three texts of a record, then
+// the blank line that ends its text part.
+void put_record(LogRecord& log, const char* kind, const char* text1, const char* text2,
+                const char* text3, const char* source, int32_t line) {
+  log.put("%s in \"%s\" line %d:\n", kind, source_or_empty(source), line);
+  log.put_text(text1);
+  log.put_text(text2);
+  log.put_text(text3);
+  log.put("\n\n");
+}
+
 // The text of zv_exit's box: the texts that are not nil, back to back, cut at kBoxTextMax
 // characters.
 class BoxText {
@@ -38,21 +49,13 @@ extern "C" {
 void zv_message(const char* text1, const char* text2, const char* text3, const char* source,
                 int32_t line) noexcept {
   LogRecord log;
-  log.put("> MESSAGE in \"%s\" line %d:\n", source_or_empty(source), line);
-  log.put_text(text1);
-  log.put_text(text2);
-  log.put_text(text3);
-  log.put("\n\n");
+  put_record(log, "> MESSAGE", text1, text2, text3, source, line);
 }
 
 void zv_error(const char* text1, const char* text2, const char* text3, const char* source,
               int32_t line) noexcept {
   LogRecord log;
-  log.put(">ERROR   in \"%s\" line %d:\n", source_or_empty(source), line);
-  log.put_text(text1);
-  log.put_text(text2);
-  log.put_text(text3);
-  log.put("\n\n");
+  put_record(log, ">ERROR  ", text1, text2, text3, source, line);
   log.put_traceback();
 }
 
@@ -74,11 +77,7 @@ void zv_exit(const char* text1, const char* text2, const char* text3, const char
   tiv::platform::show_message_box("EXIT :", box.c_str());
   {
     LogRecord log;
-    log.put("> EXIT    in \"%s\" line %d:\n", source_or_empty(source), line);
-    log.put_text(text1);
-    log.put_text(text2);
-    log.put_text(text3);
-    log.put("\n\n");
+    put_record(log, "> EXIT   ", text1, text2, text3, source, line);
     log.put_traceback();
   }
   tiv::platform::post_quit();
