@@ -1,7 +1,9 @@
 // The text form: what the reader takes, what the writer gives, and the round trip.
 #include <tivlib/env.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "env_test_util.h"
 
@@ -194,6 +196,21 @@ TEST_F(EnvText, FileLargerThanTheBufferAndAByteFF) {
   ASSERT_EQ(env_read_file("ff.env", env_), ENV_OK);
   EXPECT_EQ(get_text(env_, "s", "a"), "x");
   EXPECT_EQ(get_text(env_, "s", "yz"), "2");
+}
+
+TEST_F(EnvText, ByteFFLeavesTheWriterAsMinusOne) {
+  env_put(env_, "s", "x", "a\xff" "b");
+  env_put(env_, "s", std::string(70, 'n').c_str(), "c\xff" "d");
+  std::vector<int32_t> chars;
+  auto collect = [](int32_t c, intptr_t user) -> int32_t {
+    reinterpret_cast<std::vector<int32_t>*>(user)->push_back(c);
+    return 0;
+  };
+  env_write(collect, reinterpret_cast<intptr_t>(&chars), env_);
+  EXPECT_EQ(std::count(chars.begin(), chars.end(), -1), 2);
+  env_write_file("ff.out", env_);  // the file sink takes -1 for a flush: the byte is gone
+  EXPECT_EQ(read_file("ff.out"), "[s]\n  x =ab\n  " + std::string(57, 'n') + "\\\n" +
+                                     std::string(13, 'n') + " =cd\n");
 }
 
 TEST_F(EnvText, FilesThatCanNotBeOpened) {
