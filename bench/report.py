@@ -66,6 +66,10 @@ def main():
                 continue
             op, tiv, peer, label, metric, target = line.split("\t")[:6]
             tb, pb = figures.get(tiv), figures.get(peer)
+            if peer == "-" and tb is not None:
+                tv, _ = value(tb, metric)
+                print(f"| {op} | {show(tv, metric, tb)} | - | - | - | - | - |")
+                continue
             if tb is None or pb is None:
                 missing += 1
                 print(f"| {op} | n/a | {label} | n/a | n/a | {target} | not measured |")
@@ -76,9 +80,12 @@ def main():
                 ratio = None
             else:
                 ratio = tv / pv if higher else pv / tv
-            holds = "yes" if ratio is not None and ratio >= float(target) else "no"
+            if target == "-":
+                holds = "-"
+            else:
+                holds = "yes" if ratio is not None and ratio >= float(target) else "no"
             r = f"{ratio:.2f}" if ratio is not None else "n/a"
-            print(f"| {op} | {show(tv, metric, tb)} | {label} | {show(pv, metric, pb)} | {r} | ≥ {target} | {holds} |")
+            print(f"| {op} | {show(tv, metric, tb)} | {label} | {show(pv, metric, pb)} | {r} | {"-" if target == "-" else "≥ " + target} | {holds} |")
     print()
     print("Ratio above 1: Tivlib is faster (or smaller) than the peer or limit; "
           "figures of one run on one machine, medians of the repetitions.")
