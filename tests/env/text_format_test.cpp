@@ -213,6 +213,20 @@ TEST_F(EnvText, ByteFFLeavesTheWriterAsMinusOne) {
                                      std::string(13, 'n') + " =cd\n");
 }
 
+TEST_F(EnvText, MegabyteLines) {
+  const std::string big(1000000, 'x');
+  write_file("raw.env", "[s]\nbig =" + big + "\n");
+  ASSERT_EQ(env_read_file("raw.env", env_), ENV_OK);
+  EXPECT_EQ(env_data_length(env_, "s", "big", 1), 1000000);
+  env_write_file("broken.env", env_);  // broken into continuation lines of 60 columns
+  Root back;
+  ASSERT_EQ(env_read_file("broken.env", back), ENV_OK);
+  EXPECT_EQ(get_text(back, "s", "big"), "<-7>");  // too long for the helper's buffer
+  const char* text = nullptr;
+  ASSERT_GE(env_get_reference(back, "s", "big", 1, &text), 0);
+  EXPECT_EQ(text, big);
+}
+
 TEST_F(EnvText, FilesThatCanNotBeOpened) {
   EXPECT_EQ(env_read_file("missing.env", env_), ENV_ERROR);
   env_write_file("no/such/dir/out.env", env_);
