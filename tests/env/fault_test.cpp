@@ -1,4 +1,4 @@
-// Allocation failures at every step of the main scenarios: no crash, the specified codes,
+// Allocation failures at every step of the main scenarios: no crash, only the codes 0 and -10,
 // and handles that can still be used and closed.
 #include <tivlib/env.h>
 
