@@ -11,14 +11,11 @@ extern "C" int32_t ini_delete_entry(const char* file, const char* section,
   if (file == nullptr) return INI_ERROR;
   if (entry == nullptr) return INI_NO_ENTRY;
   Rewrite rw;
-  if (rw.begin(file, true) != 0) return INI_ERROR;
+  if (rw.begin(file, true, section) != 0) return INI_ERROR;
   std::FILE* in = rw.source();
   Output& out = rw.out();
-
-  char trimmed[kNameMax + 1];
-  trimmed_copy(trimmed, section, kNameMax);
-  ini_first_header = 1;
-  char text[kLineBuffer];
+  const char* trimmed = rw.section();
+  char* text = rw.line();
 
   if (trimmed[0] != '\0' && !seek_header(in, out, section, text, true)) {
     rw.commit();  // the file is normalised all the same; the copy's code is not told
@@ -39,14 +36,11 @@ extern "C" int32_t ini_delete_entry(const char* file, const char* section,
 extern "C" int32_t ini_delete_section(const char* file, const char* section) noexcept {
   if (file == nullptr) return INI_ERROR;
   Rewrite rw;
-  if (rw.begin(file, true) != 0) return INI_ERROR;
+  if (rw.begin(file, true, section) != 0) return INI_ERROR;
   std::FILE* in = rw.source();
   Output& out = rw.out();
-
-  char trimmed[kNameMax + 1];
-  trimmed_copy(trimmed, section, kNameMax);
-  ini_first_header = 1;
-  char text[kLineBuffer];
+  const char* trimmed = rw.section();
+  char* text = rw.line();
   int kind = kEnd;
 
   if (trimmed[0] != '\0') {

@@ -18,7 +18,6 @@ bool new_name_ok(const char* new_name, char* out) {
 // every other header put out. The wanted header itself is not written, though its separation
 // and blank line are. A blank section needs no search. Gives false if the input ended first.
 bool seek_section(const char* trimmed, std::FILE* in, Output& out, char* text) {
-  ini_first_header = 1;
   return trimmed[0] == '\0' || seek_header(in, out, trimmed, text, false);
 }
 
@@ -30,13 +29,11 @@ extern "C" int32_t ini_rename_section(const char* file, const char* section,
   if (!new_name_ok(new_name, name)) return INI_EMPTY_NAME;
   if (file == nullptr) return INI_ERROR;
   Rewrite rw;
-  if (rw.begin(file, true) != 0) return INI_ERROR;
+  if (rw.begin(file, true, section) != 0) return INI_ERROR;
   std::FILE* in = rw.source();
   Output& out = rw.out();
-
-  char trimmed[kNameMax + 1];
-  trimmed_copy(trimmed, section, kNameMax);
-  char text[kLineBuffer];
+  const char* trimmed = rw.section();
+  char* text = rw.line();
   if (!seek_section(trimmed, in, out, text)) {
     rw.commit();
     return INI_NO_SECTION;
@@ -67,13 +64,11 @@ extern "C" int32_t ini_rename_entry(const char* file, const char* section, const
   if (file == nullptr) return INI_ERROR;
   if (entry == nullptr) return INI_NO_ENTRY;
   Rewrite rw;
-  if (rw.begin(file, true) != 0) return INI_ERROR;
+  if (rw.begin(file, true, section) != 0) return INI_ERROR;
   std::FILE* in = rw.source();
   Output& out = rw.out();
-
-  char trimmed[kNameMax + 1];
-  trimmed_copy(trimmed, section, kNameMax);
-  char text[kLineBuffer];
+  const char* trimmed = rw.section();
+  char* text = rw.line();
   if (!seek_section(trimmed, in, out, text)) {
     rw.commit();
     return INI_NO_SECTION;

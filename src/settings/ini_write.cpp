@@ -16,14 +16,11 @@ extern "C" int32_t ini_write_string(const char* file, const char* section, const
 
   // A missing source is an empty one.
   Rewrite rw;
-  if (rw.begin(file, false) != 0) return INI_ERROR;
+  if (rw.begin(file, false, section) != 0) return INI_ERROR;
   std::FILE* in = rw.source();
   Output& out = rw.out();
-
-  char trimmed[kNameMax + 1];
-  trimmed_copy(trimmed, section, kNameMax);
-  ini_first_header = 1;
-  char text[kLineBuffer];
+  const char* trimmed = rw.section();
+  char* text = rw.line();
 
   if (trimmed[0] != '\0' && !seek_header(in, out, section, text, true)) {
     // A new section at the end, under the name as the caller gave it.

@@ -153,6 +153,12 @@ int32_t Rewrite::begin(const char* file, bool source_required) {
   return 0;
 }
 
+int32_t Rewrite::begin(const char* file, bool source_required, const char* section) {
+  ini_first_header = 1;
+  trimmed_copy(section_, section, kNameMax);
+  return begin(file, source_required);
+}
+
 int32_t Rewrite::commit() {
   close_files();
   if (!have_tmp_) return -1;

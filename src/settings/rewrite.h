@@ -77,7 +77,13 @@ class Rewrite {
   // created, or if source_required and the source can't be opened; otherwise 0.
   int32_t begin(const char* file, bool source_required);
 
+  // begin(), then the state every rewrite of a section starts from: ini_first_header set to 1
+  // and the section name trimmed (cut to kNameMax characters) into section().
+  int32_t begin(const char* file, bool source_required, const char* section);
+
   std::FILE* source() const { return in_; }
+  const char* section() const { return section_; }
+  char* line() { return line_; }  // the line buffer of the operation (kLineBuffer characters)
   Output& out() { return out_; }
 
   // Closes both files and copies the temporary file over the settings file. Gives the code of
@@ -94,6 +100,8 @@ class Rewrite {
   std::FILE* tmp_ = nullptr;
   Output out_;
   char tmpname_[FIO_PATH_BUFFER] = {};
+  char section_[kNameMax + 1] = {};
+  char line_[kLineBuffer] = {};
   bool have_tmp_ = false;
 };
 
