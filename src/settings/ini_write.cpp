@@ -24,9 +24,7 @@ extern "C" int32_t ini_write_string(const char* file, const char* section, const
 
   if (trimmed[0] != '\0' && !seek_header(in, out, section, text, true)) {
     // A new section at the end, under the name as the caller gave it.
-    out.separate();
-    if (ini_first_header == 0) out.write("\n");
-    out.write_bracketed(section);
+    write_header(out, section);
     out.write("\n");
     out.write_pair(entry, value);
     return rw.commit();

@@ -70,22 +70,28 @@ int find_section(std::FILE* in, Output* echo, char* text) {
   }
 }
 
-void write_header(Output& out, const char* name) {
+namespace {
+
+// What goes in front of a header in front of the point of change: the separation, and a blank
+// line unless it is the first thing but comments.
+void open_header(Output& out) {
   out.separate();
   if (ini_first_header == 0)
     out.write("\n");
   else
     ini_first_header = 0;
+}
+
+}  // namespace
+
+void write_header(Output& out, const char* name) {
+  open_header(out);
   out.write_bracketed(name);
 }
 
 bool seek_header(std::FILE* in, Output& out, const char* name, char* text, bool write_found) {
   while (find_section(in, &out, text) == kHeader) {
-    out.separate();
-    if (ini_first_header == 0)
-      out.write("\n");
-    else
-      ini_first_header = 0;
+    open_header(out);
     const bool found = str_eq(text, name) != 0;
     if (!found || write_found) out.write_bracketed(text);
     if (found) return true;
