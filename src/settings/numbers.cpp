@@ -68,6 +68,12 @@ bool parse_list(char* text, T* values, int32_t room, int32_t* stored, Convert co
   return true;
 }
 
+// A double in the given form with 6 digits of precision ("%lf" or "%lg" in the C locale).
+bool format_double(double value, std::chars_format form, char* out) {
+  char scratch[kScratch];
+  return finish(scratch, std::to_chars(scratch, scratch + sizeof scratch, value, form, 6), out);
+}
+
 }  // namespace
 
 bool format_long(int32_t value, char* out) {
@@ -76,17 +82,11 @@ bool format_long(int32_t value, char* out) {
 }
 
 bool format_fixed(double value, char* out) {
-  char scratch[kScratch];
-  return finish(scratch,
-                std::to_chars(scratch, scratch + sizeof scratch, value, std::chars_format::fixed, 6),
-                out);
+  return format_double(value, std::chars_format::fixed, out);
 }
 
 bool format_general(double value, char* out) {
-  char scratch[kScratch];
-  return finish(scratch,
-                std::to_chars(scratch, scratch + sizeof scratch, value, std::chars_format::general, 6),
-                out);
+  return format_double(value, std::chars_format::general, out);
 }
 
 bool format_longs(const int32_t* values, int32_t count, char* out) {
