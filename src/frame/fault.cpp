@@ -1,5 +1,10 @@
 #include "frame/fault.h"
 
+#ifdef TIVLIB_FAULT_INJECTION
+#include <cstdio>
+#include <cstdlib>
+#endif
+
 namespace tiv::fault {
 
 #ifdef TIVLIB_FAULT_INJECTION
@@ -8,6 +13,15 @@ namespace {
 // Allocations still to pass before the armed one fails; 0 when nothing is armed.
 long countdown = 0;
 bool hit = false;
+// Failures injected in this process; told on stderr at exit when TIV_FAULT_COUNT is set, so
+// a sweep's number of failure points can be read off a test run.
+long injected = 0;
+struct InjectedReport {
+  ~InjectedReport() {
+    if (std::getenv("TIV_FAULT_COUNT") != nullptr)
+      std::fprintf(stderr, "fault: %ld allocation failures injected\n", injected);
+  }
+} injected_report;
 }  // namespace
 
 void fail_allocation_at(long n) {
@@ -21,6 +35,7 @@ bool allocation_should_fail() {
   if (countdown == 0) return false;
   if (--countdown != 0) return false;
   hit = true;
+  ++injected;
   return true;
 }
 
