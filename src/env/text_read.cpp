@@ -354,9 +354,14 @@ char* file_buffer(std::size_t& size) noexcept {
   }
 }
 
-void widen_stream_buffer(std::FILE* stream) noexcept {
-  constexpr std::size_t kStreamBuffer = std::size_t{256} * 1024;
-  std::setvbuf(stream, nullptr, _IOFBF, kStreamBuffer);  // a refusal keeps the default buffer
+char* widen_stream_buffer(std::FILE* stream) noexcept {
+  // stdio ignores the size asked for unless it is given the memory as well.
+  auto* memory = static_cast<char*>(heap_malloc(static_cast<uint32_t>(kStreamBuffer)));
+  if (memory != nullptr && std::setvbuf(stream, memory, _IOFBF, kStreamBuffer) != 0) {
+    heap_free(memory);
+    return nullptr;
+  }
+  return memory;
 }
 
 }  // namespace tiv::env
@@ -378,7 +383,6 @@ int32_t env_read_file(const char* filename, env_handle* env) noexcept {
     report("cann't open to read:", __LINE__, kEnvUti2, filename);
     return ENV_ERROR;
   }
-  widen_stream_buffer(stream);
   std::size_t size = 0;
   char* buffer = file_buffer(size);
   if (buffer == nullptr) {
@@ -386,10 +390,12 @@ int32_t env_read_file(const char* filename, env_handle* env) noexcept {
     report_no_memory(__LINE__);
     return ENV_ERROR;
   }
+  char* stream_buffer = widen_stream_buffer(stream);
   FileSource source{stream, buffer, size};
   const int32_t result = read_into(source, env);
   heap_free(buffer);
   std::fclose(stream);
+  heap_free(stream_buffer);
   return result;
 }
 

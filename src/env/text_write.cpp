@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <initializer_list>
 #include <string_view>
 #include <new>
 #include <vector>
@@ -27,129 +26,112 @@ namespace {
 
 constexpr int64_t kBreakColumn = 60;
 
-// The caller's character callback; a byte goes out as a signed 8-bit value.
+// The caller's character callback; a byte goes out as a signed 8-bit value, so 0xFF is -1.
 struct CallbackSink {
+  static constexpr bool kDirect = false;  // no buffer to build whole lines in
   env_write_fn put;
   intptr_t user;
-  void put_char(int32_t c) { put(c, user); }
+  void put_char(char c) { put(static_cast<signed char>(c), user); }
   void put_run(const char* p, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) put(static_cast<signed char>(p[i]), user);
   }
   void put_spaces(std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) put(' ', user);
   }
-  bool put_line(std::size_t, std::string_view, std::string_view, std::string_view,
-                std::string_view) {
-    return false;
-  }
+  char* reserve(std::size_t) { return nullptr; }
+  void commit(char*) {}
 };
 
 // The file's character sink: bytes collect in the buffer, which goes to the stream when it
-// is full or when -1 comes. A byte 0xFF is -1 as a character, so it flushes and is dropped.
+// is full and at the end. A byte 0xFF is -1 as a character, which flushes and is dropped;
+// since a flush changes nothing in the file, flush() simply leaves out every 0xFF, and the
+// lines are built straight in the buffer without looking at their bytes.
 struct FileSink {
+  static constexpr bool kDirect = true;
+  // Lines built in place may store up to this many bytes past their end (wide stores).
+  static constexpr std::size_t kSlack = 32;
+
   std::FILE* stream;
   char* buffer;
   std::size_t size;
   std::size_t position = 0;
 
   void flush() {
-    if (position > 0) std::fwrite(buffer, 1, position, stream);
+    const char* p = buffer;
+    const char* const end = buffer + position;
+    while (p < end) {
+      const auto* ff = static_cast<const char*>(std::memchr(p, 0xFF, static_cast<std::size_t>(end - p)));
+      const char* stop = ff != nullptr ? ff : end;
+      if (stop > p) std::fwrite(p, 1, static_cast<std::size_t>(stop - p), stream);
+      p = ff != nullptr ? ff + 1 : end;
+    }
     position = 0;
   }
-  void put_char(int32_t c) {
-    if (c != -1 && position < size) {
-      buffer[position++] = static_cast<char>(c);
-      return;
-    }
-    flush();
-    if (c != -1) buffer[position++] = static_cast<char>(c);
+  void put_char(char c) {
+    if (position == size) flush();
+    buffer[position++] = c;
   }
   void put_run(const char* p, std::size_t n) {
-    if (n <= kShortRun && size - position >= n) {
-      // Short pieces (names, numbers, indentation) go byte by byte, which beats two calls.
-      for (const char* end = p + n; p < end; ++p) {
-        if (static_cast<unsigned char>(*p) == 0xFF) {
-          put_char(-1);
-          put_run(p + 1, static_cast<std::size_t>(end - p - 1));
-          return;
-        }
-        buffer[position++] = *p;
-      }
-      return;
-    }
     while (n > 0) {
-      const void* ff = std::memchr(p, 0xFF, n);
-      std::size_t plain = ff != nullptr ? static_cast<std::size_t>(static_cast<const char*>(ff) - p) : n;
-      n -= plain;
-      while (plain > 0) {
-        if (position == size) flush();
-        const std::size_t room = size - position;
-        const std::size_t step = plain < room ? plain : room;
-        std::memcpy(buffer + position, p, step);
-        position += step;
-        p += step;
-        plain -= step;
-      }
-      if (ff != nullptr) {
-        put_char(-1);
-        ++p;
-        --n;
-      }
+      if (position == size) flush();
+      const std::size_t step = n < size - position ? n : size - position;
+      std::memcpy(buffer + position, p, step);
+      position += step;
+      p += step;
+      n -= step;
     }
   }
   void put_spaces(std::size_t n) {
     while (n > 0) {
       if (position == size) flush();
-      const std::size_t room = size - position;
-      const std::size_t step = n < room ? n : room;
+      const std::size_t step = n < size - position ? n : size - position;
       std::memset(buffer + position, ' ', step);
       position += step;
       n -= step;
     }
   }
 
-  // Puts a whole line that needs no break (indentation, three pieces, newline) straight into
-  // the buffer. Gives false, with nothing put, if the line doesn't fit the buffer or holds a
-  // byte 0xFF; the caller then writes it piece by piece.
-  bool put_line(std::size_t indent, std::string_view a, std::string_view b, std::string_view c,
-                std::string_view d) {
-    const std::size_t length = indent + a.size() + b.size() + c.size() + d.size() + 1;
-    if (size - position < length) {
+  // Where a line of n bytes can be built (with kSlack more bytes free behind it), flushing
+  // first if need be; none if the buffer is too small for that, as when memory was short.
+  char* reserve(std::size_t n) {
+    if (size - position < n + kSlack) {
       flush();
-      if (size < length) return false;
+      if (size < n + kSlack) return nullptr;
     }
-    char* start = buffer + position;
-    char* out = start;
-    std::memset(out, ' ', indent);
-    out += indent;
-    for (std::string_view piece : {a, b, c, d}) {
-      if (!piece.empty()) std::memcpy(out, piece.data(), piece.size());
-      out += piece.size();
-    }
-    *out = '\n';
-    if (has_ff(start + indent, out)) return false;
-    position += length;
-    return true;
+    return buffer + position;
   }
-
-  // True if a byte 0xFF stands in [p, end), eight bytes at a step: a byte of x is 0xFF when
-  // that byte of ~x is zero.
-  static bool has_ff(const char* p, const char* end) {
-    constexpr uint64_t kOnes = 0x0101010101010101ULL;
-    constexpr uint64_t kHighs = 0x8080808080808080ULL;
-    for (; end - p >= 8; p += 8) {
-      uint64_t x;
-      std::memcpy(&x, p, 8);
-      x = ~x;
-      if (((x - kOnes) & ~x & kHighs) != 0) return true;
-    }
-    for (; p < end; ++p)
-      if (static_cast<unsigned char>(*p) == 0xFF) return true;
-    return false;
-  }
-
-  static constexpr std::size_t kShortRun = 32;
+  // Takes the bytes up to end, built from reserve(), into the buffer.
+  void commit(char* end) { position = static_cast<std::size_t>(end - buffer); }
 };
+
+// Copies n bytes (at most 64) to out, in a few wide moves that may overlap; gives the end.
+[[gnu::always_inline]] inline char* copy_short(char* out, const char* p, std::size_t n) {
+  if (n >= 16) {
+    for (std::size_t i = 0; i + 16 < n; i += 16) std::memcpy(out + i, p + i, 16);
+    std::memcpy(out + n - 16, p + n - 16, 16);
+  } else if (n >= 8) {
+    std::memcpy(out, p, 8);
+    std::memcpy(out + n - 8, p + n - 8, 8);
+  } else if (n >= 4) {
+    std::memcpy(out, p, 4);
+    std::memcpy(out + n - 4, p + n - 4, 4);
+  } else if (n > 0) {
+    out[0] = p[0];
+    out[n / 2] = p[n / 2];
+    out[n - 1] = p[n - 1];
+  }
+  return out + n;
+}
+
+// Stores n spaces (below 64) at out, 16 at a time, up to 16 bytes past the end; gives the end.
+// Indentation is mostly below 16, which takes one store.
+[[gnu::always_inline]] inline char* fill_spaces(char* out, std::size_t n) {
+  static constexpr char kSpaces[16] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ',
+                                       ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+  std::memcpy(out, kSpaces, 16);
+  for (std::size_t i = 16; i < n; i += 16) std::memcpy(out + i, kSpaces, 16);
+  return out + n;
+}
 
 template <class Sink>
 class Writer {
@@ -159,7 +141,7 @@ class Writer {
   void write(Block* top) {
     for (Element* s = top->first; s != nullptr; s = s->next) {
       if (s->kind == kExternal) continue;
-      line(1, "[", s->name(), "]", text_of(s));
+      line(1, "[", name_of(s), "]", text_of(s));
       if (s->kind == kBlock && !write_children(s)) return;
     }
   }
@@ -187,11 +169,11 @@ class Writer {
         continue;
       }
       if (e->kind == kData) {
-        line(base, e->name(), " =", text_of(e));
+        line(base, name_of(e), " =", text_of(e));
         e = e->next;
         continue;
       }
-      line(base, e->name(), " ={");
+      line(base, name_of(e), " ={");
       if (e->value.child != nullptr && e->value.child->first != nullptr) {
         try {
           open_.push_back(e);
@@ -208,20 +190,39 @@ class Writer {
     }
   }
 
+  static std::string_view name_of(const Element* e) { return {e->name(), e->name_length()}; }
+
   // A data text; its length is known from the size held for it.
   static std::string_view text_of(const Element* e) {
     if (e->kind != kData || e->value.text == nullptr || e->text_size <= 1) return {};
     return {e->value.text, e->text_size - 1};
   }
 
-  // Writes one line of up to four pieces at column base: whole when it needs no break,
-  // else piece by piece with the breaks.
-  void line(int32_t base, std::string_view a, std::string_view b = {}, std::string_view c = {},
-            std::string_view d = {}) {
-    const std::size_t length = a.size() + b.size() + c.size() + d.size();
-    if (static_cast<std::size_t>(base) + length <= static_cast<std::size_t>(kBreakColumn) &&
-        sink_.put_line(static_cast<std::size_t>(base - 1), a, b, c, d))
-      return;
+  // Writes one line of up to four pieces at column base. A line that needs no break is built
+  // whole in the sink's buffer where it has one; other lines go piece by piece with the breaks.
+  [[gnu::always_inline]] void line(int32_t base, std::string_view a, std::string_view b = {},
+                                   std::string_view c = {}, std::string_view d = {}) {
+    if constexpr (Sink::kDirect) {
+      const std::size_t length = a.size() + b.size() + c.size() + d.size();
+      if (static_cast<std::size_t>(base) + length <= static_cast<std::size_t>(kBreakColumn)) {
+        // base - 1 spaces, the pieces and the newline: base + length bytes.
+        if (char* out = sink_.reserve(static_cast<std::size_t>(base) + length)) {
+          out = fill_spaces(out, static_cast<std::size_t>(base - 1));
+          out = copy_short(out, a.data(), a.size());
+          out = copy_short(out, b.data(), b.size());
+          out = copy_short(out, c.data(), c.size());
+          out = copy_short(out, d.data(), d.size());
+          *out++ = '\n';
+          sink_.commit(out);
+          return;
+        }
+      }
+    }
+    broken_line(base, a, b, c, d);
+  }
+
+  [[gnu::noinline]] void broken_line(int32_t base, std::string_view a, std::string_view b,
+                                     std::string_view c, std::string_view d) {
     base_ = base;
     index_ = 0;
     if (base > 1) sink_.put_spaces(static_cast<std::size_t>(base - 1));
@@ -287,7 +288,6 @@ void env_write_file(const char* filename, env_handle* env) noexcept {
     report("cann't open to write:", __LINE__, kEnvUti2, filename);
     return;
   }
-  widen_stream_buffer(stream);
   std::size_t size = 0;
   char* buffer = file_buffer(size);
   if (buffer == nullptr) {
@@ -295,11 +295,13 @@ void env_write_file(const char* filename, env_handle* env) noexcept {
     report_no_memory(__LINE__);
     return;
   }
+  char* stream_buffer = widen_stream_buffer(stream);
   FileSink sink{stream, buffer, size};
   write_from(sink, env);
-  sink.put_char(-1);
+  sink.flush();
   heap_free(buffer);
   std::fclose(stream);
+  heap_free(stream_buffer);
 }
 
 }  // extern "C"

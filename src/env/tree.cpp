@@ -30,7 +30,7 @@ void destroy_chain(Store& store, Element* e) noexcept {
     } else {
       release_text(store, e);
     }
-    store.pool.release(e, element_size(std::strlen(e->name())));
+    store.pool.release(e, element_size(e->name_length()));
     e = next;
   }
 }
@@ -49,6 +49,8 @@ Element* new_element(Store& store, std::string_view name) noexcept {
   auto* e = static_cast<Element*>(store.pool.allocate(element_size(name.size())));
   if (e == nullptr) return nullptr;
   e->kind = kExternal;
+  e->name_size = name.size() < Element::kNameSizeUnknown ? static_cast<uint16_t>(name.size())
+                                                         : Element::kNameSizeUnknown;
   e->text_size = 0;
   e->value.word = 0;
   e->next = nullptr;

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "env/pool.h"
@@ -18,13 +19,16 @@
 namespace tiv::env {
 
 // Kinds of element, as stored in the element.
-enum Kind : int32_t { kExternal = 0, kData = 1, kBlock = 2 };
+enum Kind : int16_t { kExternal = 0, kData = 1, kBlock = 2 };
 
 struct Block;
 
-// One node of the tree. The name follows the record in the same piece of memory.
+// One node of the tree. The name follows the record in the same piece of memory; its length
+// is kept beside the kind (kNameSizeUnknown for names too long to count there), so that
+// writers and frees need not measure it.
 struct Element {
-  int32_t kind;
+  int16_t kind;
+  uint16_t name_size;
   uint32_t text_size;  // bytes held for a data text, terminator included; 0 when none
   union {
     intptr_t word;     // external
@@ -34,9 +38,15 @@ struct Element {
   Element* next;       // next sibling
   Block* block;        // the block that holds this element; none for a section
 
+  static constexpr uint16_t kNameSizeUnknown = UINT16_MAX;
+
   char* name() noexcept { return reinterpret_cast<char*>(this + 1); }
   const char* name() const noexcept { return reinterpret_cast<const char*>(this + 1); }
+  std::size_t name_length() const noexcept {
+    return name_size != kNameSizeUnknown ? name_size : std::strlen(name());
+  }
 };
+static_assert(sizeof(Element) == 32, "an element record stays four words");
 static_assert(sizeof(Element) % 8 == 0, "the inline name starts 8-aligned");
 
 // The header of a sibling list.

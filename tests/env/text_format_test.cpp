@@ -213,6 +213,24 @@ TEST_F(EnvText, ByteFFLeavesTheWriterAsMinusOne) {
                                      std::string(13, 'n') + " =cd\n");
 }
 
+// The file writer builds whole lines in its buffer; it must give the bytes the character
+// writer gives: lines just below, at and above the break column, indentation past 16 and past
+// 60 columns, a name too long to be counted in the element, and a 0xFF in a short line.
+TEST_F(EnvText, FileWriterGivesTheCharacterWritersBytes) {
+  std::string text = "[s]\n";
+  for (int n = 50; n <= 62; ++n) text += "k =" + std::string(static_cast<std::size_t>(n), 'v') + "\n";
+  for (int i = 0; i < 35; ++i) text += "b" + std::to_string(i) + " ={\nx =" + std::to_string(i) + "\n";
+  for (int i = 0; i < 35; ++i) text += "}\n";
+  ASSERT_EQ(read_string(env_, text), ENV_OK);
+  env_put_core(env_, std::string(70000, 'L').c_str(), nullptr, nullptr, 0);
+  env_put(env_, "s", "f", "a\xff" "b");
+  std::string expected = write_string(env_);
+  expected.erase(std::remove(expected.begin(), expected.end(), '\xff'), expected.end());
+  env_write_file("same.env", env_);
+  EXPECT_EQ(read_file("same.env"), expected);
+  EXPECT_NE(expected.find("\n  k =" + std::string(54, 'v') + "\\\n" + "v\n"), std::string::npos);
+}
+
 TEST_F(EnvText, MegabyteLines) {
   const std::string big(1000000, 'x');
   write_file("raw.env", "[s]\nbig =" + big + "\n");
