@@ -85,7 +85,8 @@ def main():
             else:
                 holds = "yes" if ratio is not None and ratio >= float(target) else "no"
             r = f"{ratio:.2f}" if ratio is not None else "n/a"
-            print(f"| {op} | {show(tv, metric, tb)} | {label} | {show(pv, metric, pb)} | {r} | {"-" if target == "-" else "≥ " + target} | {holds} |")
+            goal = "-" if target == "-" else "≥ " + target
+            print(f"| {op} | {show(tv, metric, tb)} | {label} | {show(pv, metric, pb)} | {r} | {goal} | {holds} |")
     print()
     print("Ratio above 1: Tivlib is faster (or smaller) than the peer or limit; "
           "figures of one run on one machine, medians of the repetitions.")
