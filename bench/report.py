@@ -10,7 +10,12 @@ ratio that passes (for example 0.87 for "within 1.15x", 3 for "at least 3x").
 Benchmark names match exactly after the aggregate suffix (_median) is removed.
 """
 import json
+import re
 import sys
+
+# Suffixes Google Benchmark adds to a name for its run options.
+OPTION_SUFFIX = re.compile(r"/(?:(?:min_time|min_warmup_time|repeats|iterations|threads):[^/]*"
+                           r"|real_time|process_time|manual_time)")
 
 
 def load(paths):
@@ -22,7 +27,7 @@ def load(paths):
         except (OSError, ValueError):
             continue
         for b in data.get("benchmarks", []):
-            name = b.get("run_name", b["name"])
+            name = OPTION_SUFFIX.sub("", b.get("run_name", b["name"]))
             agg = b.get("aggregate_name")
             if agg and agg != "median":
                 continue
