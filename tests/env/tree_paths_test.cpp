@@ -28,13 +28,6 @@ TEST_F(EnvTree, FreshRootFindsNothingAndPutCreatesEveryComponent) {
   EXPECT_FALSE(file_exists("zv.err"));
 }
 
-TEST_F(EnvTree, PutReplacesInPlaceAndKeepsSiblingOrder) {
-  env_put(env_, "s", "a", "1");
-  env_put(env_, "s", "b", "2");
-  env_put(env_, "s", "a", "3");
-  EXPECT_EQ(write_string(env_), "[s]\n  a =3\n  b =2\n");
-}
-
 TEST_F(EnvTree, PositionBeyondTheEndCreatesEmptyFillers) {
   EXPECT_EQ(env_put(env_, "s", "wall@3", "x"), ENV_OK);
   EXPECT_EQ(env_count_path(env_, "s", "wall", 1), 3);
@@ -49,7 +42,11 @@ TEST_F(EnvTree, PositionBeyondTheEndCreatesEmptyFillers) {
   EXPECT_EQ(write_string(other), "[s]\n  wall =first\n  wall =\n  wall =third\n");
 }
 
-TEST_F(EnvTree, PutThroughDataMakesABlockAndPutOnBlockMakesData) {
+TEST_F(EnvTree, PutReplacesInPlaceAndChangesKinds) {
+  env_put(env_, "s", "a", "1");
+  env_put(env_, "s", "b", "2");
+  env_put(env_, "s", "a", "3");
+  EXPECT_EQ(write_string(env_), "[s]\n  a =3\n  b =2\n");  // sibling order kept
   env_put(env_, "s", "a", "text");
   env_put(env_, "s", "a@b", "1");
   EXPECT_EQ(env_check(env_, "s", "a", 1), ENV_IS_BLOCK);

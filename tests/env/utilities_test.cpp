@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "env_test_util.h"
@@ -39,20 +40,14 @@ TEST_F(EnvUtil, LeafWalkIsDepthFirstWithPositionsEverywhere) {
   env_close(sub, 0);
 }
 
-TEST_F(EnvUtil, LeafWalkOfNothingFails) {
+TEST_F(EnvUtil, LeafWalkOfNothingOrBeyondThePathLimitFails) {
   std::string seen;
   EXPECT_EQ(env_traverse_leafs(env_, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
   env_put_core(env_, "s", nullptr, nullptr, 0);
   env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
   EXPECT_EQ(env_traverse_leafs(sub, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
   env_close(sub, 0);
-  EXPECT_EQ(seen, "");
-}
-
-TEST_F(EnvUtil, LeafWalkStopsAtPathsBeyondTheLimit) {
-  const std::string deep = std::string(40, 'a') + "@" + std::string(40, 'b');
-  env_put(env_, "s", deep.c_str(), "1");
-  std::string seen;
+  env_put(env_, "s", (std::string(40, 'a') + "@" + std::string(40, 'b')).c_str(), "1");
   EXPECT_EQ(env_traverse_leafs(env_, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
   EXPECT_EQ(seen, "");
 }
@@ -66,19 +61,17 @@ class EnvSink : public EnvUtil {
   }
 };
 
-TEST_F(EnvSink, AddKeepsWhatIsThere) {
-  EXPECT_EQ(env_sink(target_, env_, ENV_SINK_ADD), ENV_OK);
-  EXPECT_EQ(write_string(target_), "[s]\n  a =old\n  c =old\n  b =new\n");
-}
-
-TEST_F(EnvSink, UpdateAddsNoNewPaths) {
-  EXPECT_EQ(env_sink(target_, env_, ENV_SINK_UPDATE), ENV_OK);
-  EXPECT_EQ(write_string(target_), "[s]\n  a =new\n  c =old\n");
-}
-
-TEST_F(EnvSink, ReplaceOverwritesAndLeavesTheRest) {
-  EXPECT_EQ(env_sink(target_, env_, ENV_SINK_REPLACE), ENV_OK);
-  EXPECT_EQ(write_string(target_), "[s]\n  a =new\n  c =old\n  b =new\n");
+TEST_F(EnvSink, ModesAddUpdateReplace) {
+  // ADD keeps what is there, UPDATE adds no new paths, REPLACE overwrites and keeps the rest.
+  const std::pair<int32_t, const char*> cases[] = {
+      {ENV_SINK_ADD, "[s]\n  a =old\n  c =old\n  b =new\n"},
+      {ENV_SINK_UPDATE, "[s]\n  a =new\n  c =old\n"},
+      {ENV_SINK_REPLACE, "[s]\n  a =new\n  c =old\n  b =new\n"}};
+  for (const auto& [mode, expected] : cases) {
+    ASSERT_EQ(read_string(target_, "[s]\na =old\nc =old\n"), ENV_OK);
+    EXPECT_EQ(env_sink(target_, env_, mode), ENV_OK) << mode;
+    EXPECT_EQ(write_string(target_), expected) << mode;
+  }
 }
 
 TEST_F(EnvSink, AppendAddsBehindTheLastOfTheName) {
