@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "env_test_util.h"
@@ -34,20 +35,18 @@ TEST_F(EnvText, WriterGivesTheDocumentedLayout) {
   EXPECT_EQ(write_string(again), text);
 }
 
-TEST_F(EnvText, EmptyInputAndTextBeforeTheFirstSection) {
-  EXPECT_EQ(read_and_write(""), "");
-  EXPECT_EQ(read_and_write("a =1\n} = {\n"), "");
-  EXPECT_EQ(read_and_write("junk = } {\n[s]\na =1\n"), "[s]\n  a =1\n");
-}
-
-TEST_F(EnvText, ReadReplacesTheOldContent) {
-  env_put(env_, "old", "a", "1");
+// Inputs the reader takes, with what the writer then gives.
+TEST_F(EnvText, ReadThenWrite) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"a =1\n} = {\n", ""},  // text before the first section is passed over
+      {"junk = } {\n[s]\na =1\n", "[s]\n  a =1\n"},
+      // comments only in the first column
+      {"[s]\n; comment = x\na =1 ; not a comment\n ;b =2\n", "[s]\n  a =1 ; not a comment\n  ;b =2\n"},
+      {"[s]\n[s]\n[]\n", "[s]\n[s]\n[]\n"}};
+  for (const auto& [input, output] : cases) EXPECT_EQ(read_and_write(input), output) << input;
+  env_put(env_, "old", "a", "1");  // a read replaces the old content
   EXPECT_EQ(read_and_write("[new]\n"), "[new]\n");
-}
-
-TEST_F(EnvText, CommentsOnlyInTheFirstColumn) {
-  EXPECT_EQ(read_and_write("[s]\n; comment = x\na =1 ; not a comment\n ;b =2\n"),
-            "[s]\n  a =1 ; not a comment\n  ;b =2\n");
 }
 
 TEST_F(EnvText, AStrayWordJoinsTheNextName) {
@@ -93,8 +92,7 @@ TEST_F(EnvText, BraceBehindAValueBelongsToTheValue) {
   EXPECT_EQ(log_text(), error_record("Cbracesymbol waited"));
 }
 
-TEST_F(EnvText, SectionEdgeCases) {
-  EXPECT_EQ(read_and_write("[s]\n[s]\n[]\n"), "[s]\n[s]\n[]\n");
+TEST_F(EnvText, SectionNameRunsToTheBracket) {
   ASSERT_EQ(read_string(env_, "[a\nb =1"), ENV_OK);
   EXPECT_EQ(env_check(env_, "a\nb =1", nullptr, 1), ENV_IS_BLOCK);
 }
