@@ -5,9 +5,12 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 
+#include "fault_sweep.h"
 #include "frame/fault.h"
+#include "scoped_env.h"
 #include "test_dir.h"
 
 namespace {
@@ -16,14 +19,9 @@ namespace {
 // (absent unless the test writes it), and with no rounding.
 class Calc : public tiv::test::InTempDir {
  protected:
-  void SetUp() override {
-    setenv("zv", "zv2.ini", 1);
-    calc_init(0);
-  }
-  void TearDown() override {
-    calc_init(0);
-    unsetenv("zv");
-  }
+  void SetUp() override { calc_init(0); }
+  void TearDown() override { calc_init(0); }
+  tiv::test::ScopedEnv zv_{"zv", "zv2.ini"};
 
   struct Outcome {
     double value;
@@ -51,110 +49,74 @@ class Calc : public tiv::test::InTempDir {
     EXPECT_EQ(o.line, line) << expression;
     EXPECT_EQ(o.column, column) << expression;
   }
+  struct Value {
+    const char* expression;
+    double value;
+  };
+  // Each expression evaluates, exactly, to its value.
+  static void expect_values(std::initializer_list<Value> rows) {
+    for (const Value& r : rows) EXPECT_EQ(value_of(r.expression), r.value) << r.expression;
+  }
+  struct Failure {
+    const char* expression;
+    int32_t number, column, line = 0;
+  };
+  static void expect_errors(std::initializer_list<Failure> rows) {
+    for (const Failure& r : rows) expect_error(r.expression, r.number, r.column, r.line);
+  }
 };
 
 TEST_F(Calc, PrecedenceAssociativityAndUnaryMinus) {
-  EXPECT_EQ(value_of("1+2*3"), 7.0);
-  EXPECT_EQ(value_of("2^3^2"), 512.0);
-  EXPECT_EQ(value_of("-2^2"), 4.0);
-  EXPECT_EQ(value_of("2^-1"), 0.5);
-  EXPECT_EQ(value_of("(-2)^2"), 4.0);
-  EXPECT_EQ(value_of("8/4/2"), 1.0);
-  EXPECT_EQ(value_of("10-4-3"), 3.0);
-  EXPECT_EQ(value_of("--3"), 3.0);
-  EXPECT_EQ(value_of("2.5e1 * .5"), 12.5);
-  EXPECT_EQ(value_of("1 + 2 * (3 - 1) ^ 2 / 4"), 3.0);
+  expect_values({{"1+2*3", 7.0}, {"2^3^2", 512.0}, {"-2^2", 4.0}, {"2^-1", 0.5}, {"(-2)^2", 4.0},
+                 {"8/4/2", 1.0}, {"10-4-3", 3.0}, {"--3", 3.0}, {"2.5e1 * .5", 12.5},
+                 {"1 + 2 * (3 - 1) ^ 2 / 4", 3.0}});
 }
 
 TEST_F(Calc, RelationsLogicAndTruth) {
-  EXPECT_EQ(value_of("3>2>1"), 0.0);
-  EXPECT_EQ(value_of("1 OR 0 AND 0"), 0.0);
-  EXPECT_EQ(value_of("NOT 0 + 1"), 2.0);
-  EXPECT_EQ(value_of("NOT -0"), 1.0);
-  EXPECT_EQ(value_of("NOT 0.5"), 0.0);
-  EXPECT_EQ(value_of("2 and 3"), 1.0);
-  EXPECT_EQ(value_of("0 Or 0"), 0.0);
+  expect_values({{"3>2>1", 0.0}, {"1 OR 0 AND 0", 0.0}, {"NOT 0 + 1", 2.0}, {"NOT -0", 1.0},
+                 {"NOT 0.5", 0.0}, {"2 and 3", 1.0}, {"0 Or 0", 0.0}});
   const char* truths[] = {"1<>2", "1><2", "1#2", "1=<1", "1<=1", "1=>1", "1>=1",
                           "1==1", "1=1", "2<<3", "3>>2", "2<3", "3>2"};
   for (const char* e : truths) EXPECT_EQ(value_of(e), 1.0) << e;
   const char* falsehoods[] = {"1<>1", "1#1", "2=<1", "1>=2", "1=2", "3<2", "2>3"};
   for (const char* e : falsehoods) EXPECT_EQ(value_of(e), 0.0) << e;
   // A NaN (from an unchecked domain) compares false except with "not equal"; it is true.
-  EXPECT_EQ(value_of("ASN(2) = ASN(2)"), 0.0);
-  EXPECT_EQ(value_of("ASN(2) <> 1"), 1.0);
-  EXPECT_EQ(value_of("NOT ASN(2)"), 0.0);
+  expect_values({{"ASN(2) = ASN(2)", 0.0}, {"ASN(2) <> 1", 1.0}, {"NOT ASN(2)", 0.0}});
 }
 
 TEST_F(Calc, Conditionals) {
-  EXPECT_EQ(value_of("2>1 ? 5 : 7"), 5.0);
-  EXPECT_EQ(value_of("1>2 ? 5 : 7"), 7.0);
-  EXPECT_EQ(value_of("0 ? 1/0 : 3"), 3.0);
-  EXPECT_EQ(value_of("1 ? 2 : SQRT(-1) + 10^400"), 2.0);
-  EXPECT_EQ(value_of("1 ? 0 ? 5 : 6 : 7"), 6.0);
-  EXPECT_EQ(value_of("0 ? 5 : 0 ? 6 : 7"), 7.0);
-  expect_error("1 ? 2 : )", 1, 8);
-  expect_error("1 ? 2", 7, 5);
-  expect_error("0 ? (1 : 2", 3, 7);  // a syntax error counts in the branch not taken
+  expect_values({{"2>1 ? 5 : 7", 5.0}, {"1>2 ? 5 : 7", 7.0}, {"0 ? 1/0 : 3", 3.0},
+                 {"1 ? 2 : SQRT(-1) + 10^400", 2.0}, {"1 ? 0 ? 5 : 6 : 7", 6.0},
+                 {"0 ? 5 : 0 ? 6 : 7", 7.0}});
+  // A syntax error counts in the branch not taken.
+  expect_errors({{"1 ? 2 : )", 1, 8}, {"1 ? 2", 7, 5}, {"0 ? (1 : 2", 3, 7}});
 }
 
 TEST_F(Calc, Functions) {
-  EXPECT_EQ(value_of("sin(90)"), 1.0);
-  EXPECT_EQ(value_of("Sin(90) + SIN(90)"), 2.0);
+  expect_values({{"sin(90)", 1.0}, {"Sin(90) + SIN(90)", 2.0}});
   EXPECT_NEAR(value_of("COS(60)"), 0.5, 1e-15);
   EXPECT_NEAR(value_of("TAN(45)"), 1.0, 1e-15);
   EXPECT_NEAR(value_of("COT(45)"), 1.0, 1e-15);
-  EXPECT_EQ(value_of("ASN(1)"), 90.0);
-  EXPECT_EQ(value_of("ACS(0)"), 90.0);
-  EXPECT_EQ(value_of("ATN(1)"), 45.0);
-  EXPECT_EQ(value_of("ACT(0)"), 90.0);
-  EXPECT_EQ(value_of("ACT(1)"), 45.0);
-  EXPECT_EQ(value_of("ABS(-2.5)"), 2.5);
-  EXPECT_EQ(value_of("SQRT(16)"), 4.0);
-  EXPECT_EQ(value_of("EXP(0)"), 1.0);
-  EXPECT_EQ(value_of("LGT(EXP(1))"), 1.0);
-  EXPECT_EQ(value_of("LOG(1000)"), 3.0);
-  EXPECT_EQ(value_of("PI"), 3.141592653589793);
-  EXPECT_EQ(value_of("MIN(3,1,2)"), 1.0);
-  EXPECT_EQ(value_of("MAX(2)"), 2.0);
-  EXPECT_EQ(value_of("MAX(1, 7, 3>2, -9, 7)"), 7.0);
-  EXPECT_EQ(value_of("MIN(MAX(1,2), 3) * 2"), 4.0);
-  EXPECT_TRUE(std::isnan(value_of("ACS(2)")));
-  EXPECT_EQ(value_of("LOG(0)"), -HUGE_VAL);
-  EXPECT_EQ(value_of("EXP(1000)"), HUGE_VAL);
-  EXPECT_TRUE(std::isnan(value_of("LGT(-1)")));
+  expect_values({{"ASN(1)", 90.0}, {"ACS(0)", 90.0}, {"ATN(1)", 45.0}, {"ACT(0)", 90.0},
+                 {"ACT(1)", 45.0}, {"ABS(-2.5)", 2.5}, {"SQRT(16)", 4.0}, {"EXP(0)", 1.0},
+                 {"LGT(EXP(1))", 1.0}, {"LOG(1000)", 3.0}, {"PI", 3.141592653589793},
+                 {"MIN(3,1,2)", 1.0}, {"MAX(2)", 2.0}, {"MAX(1, 7, 3>2, -9, 7)", 7.0},
+                 {"MIN(MAX(1,2), 3) * 2", 4.0}, {"LOG(0)", -HUGE_VAL}, {"EXP(1000)", HUGE_VAL}});
+  EXPECT_TRUE(std::isnan(value_of("ACS(2)")) && std::isnan(value_of("LGT(-1)")));
 }
 
 TEST_F(Calc, PowersAtTheEndsOfTheRange) {
-  EXPECT_EQ(value_of("0^2"), 0.0);
-  EXPECT_EQ(value_of("(-2)^3"), -8.0);
-  EXPECT_EQ(value_of("(-2)^-2"), 0.25);
-  expect_error("(-8)^(1/3)", 14, 10);
-  expect_error("(-2)^3e9", 14, 8);
-  expect_error("10^400", 15, 6);
-  expect_error("2^-1100", 15, 7);
-  expect_error("0^-1", 15, 4);
+  expect_values({{"0^2", 0.0}, {"(-2)^3", -8.0}, {"(-2)^-2", 0.25}});
+  expect_errors({{"(-8)^(1/3)", 14, 10}, {"(-2)^3e9", 14, 8}, {"10^400", 15, 6}, {"2^-1100", 15, 7},
+                 {"0^-1", 15, 4}});
 }
 
 TEST_F(Calc, EveryErrorNumberWithItsPosition) {
-  expect_error("x+1", 1, 0);
-  expect_error("+5", 1, 0);
-  expect_error("2**3", 1, 2);
-  expect_error("1 2", 1, 2);
-  expect_error("", 1, 0);
-  expect_error("'a'", 1, 0);
-  expect_error("\"abc", 1, 0);
-  expect_error("SIN 30", 2, 4);
-  expect_error("SIN(1,2)", 3, 5);
-  expect_error("(1", 3, 2);
-  expect_error("1+\n  (2", 3, 4, 1);
-  expect_error("1/0", 16, 3);
-  expect_error("SQRT(-1)", 17, 8);
-  expect_error("AND(1)", 1, 6);
+  expect_errors({{"x+1", 1, 0}, {"+5", 1, 0}, {"2**3", 1, 2}, {"1 2", 1, 2}, {"", 1, 0},
+                 {"'a'", 1, 0}, {"\"abc", 1, 0}, {"SIN 30", 2, 4}, {"SIN(1,2)", 3, 5}, {"(1", 3, 2},
+                 {"1+\n  (2", 3, 4, 1}, {"1/0", 16, 3}, {"SQRT(-1)", 17, 8}, {"AND(1)", 1, 6}});
   // After a failed division the term parses one more operand and stops behind it.
-  expect_error("1/0*2", 16, 5);
-  expect_error("1/0*(2+3)", 16, 6);
-  expect_error("1/0+)", 16, 3);
-  expect_error("1/0*)", 1, 4);
+  expect_errors({{"1/0*2", 16, 5}, {"1/0*(2+3)", 16, 6}, {"1/0+)", 16, 3}, {"1/0*)", 1, 4}});
   const Outcome good = run("1");
   EXPECT_EQ(good.number, 0);  // errors don't carry over
   EXPECT_EQ(good.column, 1);
@@ -166,8 +128,7 @@ TEST_F(Calc, Rounding) {
   calc_init(-1);  // no settings file: the value stays
   EXPECT_EQ(value_of("3.14159"), 3.14);
   calc_init(-2);
-  EXPECT_EQ(value_of("150"), 200.0);
-  EXPECT_EQ(value_of("-150"), -100.0);  // ties go up
+  expect_values({{"150", 200.0}, {"-150", -100.0}});  // ties go up
   calc_init(0);
   EXPECT_EQ(value_of("3.14159"), 3.14159);
   calc_init(1);
@@ -178,9 +139,7 @@ TEST_F(Calc, DecimalsMinusOneRoundsToTens) {
   // -1 is the request to read the settings, so -1 decimals come from the file.
   tiv::test::write_file("zv2.ini", "[Calculator]\nNachkommastellen=-1\n");
   calc_init(-1);
-  EXPECT_EQ(value_of("15"), 20.0);
-  EXPECT_EQ(value_of("-15"), -10.0);
-  EXPECT_EQ(value_of("14"), 10.0);
+  expect_values({{"15", 20.0}, {"-15", -10.0}, {"14", 10.0}});
   tiv::test::write_file("zv2.ini", "[Calculator]\nNachkommastellen = 3\n");
   calc_init(-1);
   EXPECT_DOUBLE_EQ(value_of("2/3"), 0.667);
@@ -244,8 +203,7 @@ TEST_F(Calc, BadInputNeverCrashes) {
   // An overlong number keeps its first 255 characters, and its value is theirs.
   EXPECT_NEAR(std::log10(value_of((std::string(400, '9') + ".5").c_str())), 255.0, 1e-9);
   EXPECT_EQ(value_of("1e999"), HUGE_VAL);
-  expect_error("'\\", 1, 0);
-  expect_error("SIN(\"unclosed", 1, 4);
+  expect_errors({{"'\\", 1, 0}, {"SIN(\"unclosed", 1, 4}});
   const Outcome nil = run(nullptr);
   EXPECT_EQ(nil.number, 1);
   EXPECT_EQ(nil.column, 0);
@@ -262,10 +220,8 @@ TEST_F(Calc, NumbersIgnoreTheHostLocale) {
 #ifdef TIVLIB_FAULT_INJECTION
 TEST_F(Calc, ScannerWithoutMemory) {
   for (long n = 1;; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    const Outcome o = run("2*3");
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    Outcome o{};
+    const bool hit = tiv::test::fails_at(n, [&] { o = run("2*3"); });
     if (!hit) {
       EXPECT_EQ(o.value, 6.0);
       break;

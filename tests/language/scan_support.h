@@ -4,6 +4,7 @@
 
 #include <tivlib/scan.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -68,5 +69,14 @@ inline KindTexts kinds_texts(const std::vector<Token>& tokens) {
   for (const Token& t : tokens) out.emplace_back(t.kind, t.text);
   return out;
 }
+
+// One field of every token (or of the first count tokens), for comparing whole columns.
+template <class T>
+std::vector<T> each(const std::vector<Token>& tokens, T Token::*field, size_t count = SIZE_MAX) {
+  std::vector<T> out;
+  for (size_t i = 0; i < tokens.size() && i < count; ++i) out.push_back(tokens[i].*field);
+  return out;
+}
+using Longs = std::vector<int32_t>;
 
 }  // namespace tiv::test

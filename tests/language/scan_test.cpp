@@ -6,13 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "fault_sweep.h"
 #include "frame/fault.h"
 #include "scan_support.h"
 #include "test_dir.h"
 
 namespace {
 
+using tiv::test::each;
 using tiv::test::KindTexts;
+using tiv::test::Longs;
 using tiv::test::kinds_texts;
 using tiv::test::scan_all;
 using tiv::test::SourceText;
@@ -20,16 +23,10 @@ using tiv::test::Token;
 
 TEST(ScanPositions, LinesColumnsTabsAndCarriageReturns) {
   const auto t = scan_all("ab\n\tcd\r\nx", 0);
-  ASSERT_EQ(t.size(), 4u);
-  EXPECT_EQ(t[0].line, 0);
-  EXPECT_EQ(t[0].column, 0);
-  EXPECT_EQ(t[1].line, 1);  // the tab is one blank column
-  EXPECT_EQ(t[1].column, 1);
-  EXPECT_EQ(t[2].line, 2);  // the carriage return was a blank of its own column
-  EXPECT_EQ(t[2].column, 0);
+  // The tab is one blank column; the carriage return a blank of its own column.
+  EXPECT_EQ(each(t, &Token::line), (Longs{0, 1, 2, 2}));
+  EXPECT_EQ(each(t, &Token::column), (Longs{0, 1, 0, 1}));
   EXPECT_EQ(t[3].kind, SCAN_T_EOF);
-  EXPECT_EQ(t[3].line, 2);
-  EXPECT_EQ(t[3].column, 1);
 }
 
 TEST(ScanEnd, EmptyInputGivesEofAgainAndAgainWithoutCallingTheReader) {
@@ -52,17 +49,11 @@ TEST(ScanEnd, EmptyInputGivesEofAgainAndAgainWithoutCallingTheReader) {
 TEST(ScanWords, KeywordsByTablePositionIdentifiersByLength) {
   static const char* const keywords[] = {"while", "if", "do", "else", "end", nullptr};
   const auto t = scan_all("if x_1 else While end do_", 0, keywords);
-  ASSERT_EQ(t.size(), 7u);
-  EXPECT_EQ(t[0].kind, SCAN_T_KEYWORD);
-  EXPECT_EQ(t[0].lvalue, 1);
-  EXPECT_EQ(t[1].kind, SCAN_T_IDENTIFIER);
-  EXPECT_EQ(t[1].lvalue, 3);
-  EXPECT_EQ(t[2].lvalue, 3);
-  EXPECT_EQ(t[2].kind, SCAN_T_KEYWORD);
-  EXPECT_EQ(t[3].kind, SCAN_T_IDENTIFIER);  // exact comparison: case matters
-  EXPECT_EQ(t[4].kind, SCAN_T_KEYWORD);
-  EXPECT_EQ(t[4].lvalue, 4);
-  EXPECT_EQ(t[5].kind, SCAN_T_IDENTIFIER);
+  // Exact comparison: case matters.
+  EXPECT_EQ(each(t, &Token::kind), (Longs{SCAN_T_KEYWORD, SCAN_T_IDENTIFIER, SCAN_T_KEYWORD,
+                                          SCAN_T_IDENTIFIER, SCAN_T_KEYWORD, SCAN_T_IDENTIFIER,
+                                          SCAN_T_EOF}));
+  EXPECT_EQ(each(t, &Token::lvalue, 6), (Longs{1, 3, 3, 5, 4, 3}));
 }
 
 TEST(ScanWords, EveryKeywordOfLargeAndSmallTablesIsFound) {
@@ -127,12 +118,9 @@ TEST(ScanNumbers, FormsKindsAndValues) {
                        {SCAN_T_LONG, "4294967297"}, {SCAN_T_DOUBLE, "1.2"},
                        {SCAN_T_DOUBLE, ".3"}, {SCAN_T_EOF, " "}}));
   EXPECT_EQ(t[0].lvalue, 12);
-  EXPECT_EQ(t[1].dvalue, 1.5);
   EXPECT_EQ(t[1].lvalue, 0);
-  EXPECT_EQ(t[2].dvalue, 0.5);
-  EXPECT_EQ(t[3].dvalue, 1.0);
-  EXPECT_EQ(t[4].dvalue, 100.0);
-  EXPECT_EQ(t[5].dvalue, 0.7);
+  const std::pair<int, double> doubles[] = {{1, 1.5}, {2, 0.5}, {3, 1.0}, {4, 100.0}, {5, 0.7}};
+  for (const auto& [i, d] : doubles) EXPECT_EQ(t[i].dvalue, d) << i;
   EXPECT_EQ(t[8].lvalue, 7);
   EXPECT_EQ(t[9].lvalue, 1);  // modulo 2^32
 }
@@ -141,18 +129,14 @@ TEST(ScanNumbers, ExponentWithoutDigit) {
   const auto t = scan_all("1else 2e+", 0);
   EXPECT_EQ(kinds_texts(t), (KindTexts{{SCAN_T_DOUBLE, "1e"}, {SCAN_T_IDENTIFIER, "lse"},
                                        {SCAN_T_DOUBLE, "2e+"}, {SCAN_T_EOF, " "}}));
-  EXPECT_EQ(t[0].status, SCAN_E_EXPONENT);
+  EXPECT_EQ(each(t, &Token::status), (Longs{SCAN_E_EXPONENT, SCAN_OK, SCAN_E_EXPONENT, SCAN_OK}));
   EXPECT_EQ(t[0].dvalue, 1.0);
-  EXPECT_EQ(t[1].status, SCAN_OK);
-  EXPECT_EQ(t[2].status, SCAN_E_EXPONENT);
   EXPECT_EQ(t[2].dvalue, 2.0);
 }
 
 TEST(ScanNumbers, OutOfRangeAndOverlongNumbersStayInsideTheRecord) {
   auto t = scan_all("1e400 1e-400 -1e999", SCAN_F_SIGNED);
-  EXPECT_EQ(t[0].dvalue, HUGE_VAL);
-  EXPECT_EQ(t[1].dvalue, 0.0);
-  EXPECT_EQ(t[2].dvalue, -HUGE_VAL);
+  EXPECT_EQ(each(t, &Token::dvalue, 3), (std::vector<double>{HUGE_VAL, 0.0, -HUGE_VAL}));
   const std::string digits(400, '9');
   t = scan_all(digits + "." + digits + " x", 0);
   ASSERT_EQ(t.size(), 3u);
@@ -435,10 +419,8 @@ TEST(ScanFaults, OpenWithoutMemoryGivesNil) {
   static const char* const keywords[] = {"B", "A", nullptr};
   SourceText::set("A");
   for (long n = 1;; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    scanner* s = scan_open(&SourceText::read, 0, keywords);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    scanner* s = nullptr;
+    const bool hit = tiv::test::fails_at(n, [&] { s = scan_open(&SourceText::read, 0, keywords); });
     if (hit) {
       EXPECT_EQ(s, nullptr);
       continue;
