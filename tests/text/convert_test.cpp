@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "rows.h"
+
 namespace {
 
 std::string dtos(double v, int32_t width, int32_t precision) {
@@ -43,39 +45,22 @@ TEST(ConvertToText, HugeWidthsAndPrecisionsAreHeldAtTheirLimits) {
 }
 
 TEST(ConvertFromText, AtofRulesWithDExponents) {
-  EXPECT_EQ(convert_stod("  1.5"), 1.5);
-  EXPECT_EQ(convert_stod("\t\n-2.25xyz"), -2.25);
-  EXPECT_EQ(convert_stod("+3"), 3.0);
-  EXPECT_EQ(convert_stod("1.5D3"), 1500.0);
-  EXPECT_EQ(convert_stod("2d-2"), 0.02);
-  EXPECT_EQ(convert_stod("2E+2"), 200.0);
-  EXPECT_EQ(convert_stod("2e"), 2.0);  // an exponent letter without digits is not read
-  EXPECT_EQ(convert_stod("2d+x"), 2.0);
-  EXPECT_EQ(convert_stod(".5"), 0.5);
-  EXPECT_EQ(convert_stod("5."), 5.0);
-  EXPECT_EQ(convert_stod("."), 0.0);
-  EXPECT_EQ(convert_stod("abc"), 0.0);
-  EXPECT_EQ(convert_stod(""), 0.0);
-  EXPECT_EQ(convert_stod(nullptr), 0.0);
-  EXPECT_EQ(convert_stod("0x10"), 0.0);  // decimal numbers only
-  EXPECT_EQ(convert_stod("inf"), 0.0);
-  EXPECT_EQ(convert_stod("1,5"), 1.0);
+  // an exponent letter without digits is not read; decimal numbers only.
+  for (const auto& [in, want] : tiv::test::Rows<const char*, double>{{"  1.5", 1.5},
+        {"\t\n-2.25xyz", -2.25}, {"+3", 3.0}, {"1.5D3", 1500.0}, {"2d-2", 0.02}, {"2E+2", 200.0},
+        {"2e", 2.0}, {"2d+x", 2.0}, {".5", 0.5}, {"5.", 5.0}, {".", 0.0}, {"abc", 0.0}, {"", 0.0},
+        {nullptr, 0.0}, {"0x10", 0.0}, {"inf", 0.0}, {"1,5", 1.0}})
+    EXPECT_EQ(convert_stod(in), want) << in;
   EXPECT_TRUE(std::isinf(convert_stod("1e999")));
   const std::string long_number = "1" + std::string(300, '0') + "d-300";
   EXPECT_EQ(convert_stod(long_number.c_str()), 1.0);
 }
 
 TEST(ConvertFromText, AtolRules) {
-  EXPECT_EQ(convert_stol("  42abc"), 42);
-  EXPECT_EQ(convert_stol("-17"), -17);
-  EXPECT_EQ(convert_stol("+8"), 8);
-  EXPECT_EQ(convert_stol("1.9"), 1);
-  EXPECT_EQ(convert_stol("1e3"), 1);
-  EXPECT_EQ(convert_stol("x1"), 0);
-  EXPECT_EQ(convert_stol(nullptr), 0);
-  EXPECT_EQ(convert_stol("99999999999"), INT32_MAX);
-  EXPECT_EQ(convert_stol("-2147483648"), INT32_MIN);
-  EXPECT_EQ(convert_stol("-99999999999"), INT32_MIN);
+  for (const auto& [in, want] : tiv::test::Rows<const char*, int32_t>{{"  42abc", 42}, {"-17", -17},
+        {"+8", 8}, {"1.9", 1}, {"1e3", 1}, {"x1", 0}, {nullptr, 0}, {"99999999999", INT32_MAX},
+        {"-2147483648", INT32_MIN}, {"-99999999999", INT32_MIN}})
+    EXPECT_EQ(convert_stol(in), want) << in;
 }
 
 // A host that runs in a German locale still reads and writes "1.5".

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "frame/fault.h"
+#include "rows.h"
 
 namespace {
 
@@ -27,22 +28,18 @@ std::string encoded(const std::string& in) {
 }
 
 TEST(Escapes, DecodeKnownEscapesAndKeepUnknownOnes) {
-  EXPECT_EQ(decoded("a\\nb"), "a\nb");
-  EXPECT_EQ(decoded("\\a\\b\\t\\n\\v\\f\\r\\\"\\'\\\\"), "\a\b\t\n\v\f\r\"'\\");
-  EXPECT_EQ(decoded("\\q"), "\\q");
-  EXPECT_EQ(decoded("\\"), "\\");
-  EXPECT_EQ(decoded("x\\"), "x\\");
-  EXPECT_EQ(decoded("\\\\n"), "\\n");  // the second backslash is used up by the first
-  EXPECT_EQ(decoded("\\0"), "\\0");    // no numeric escapes
-  EXPECT_EQ(decoded(""), "");
+  // The second backslash is used up by the first; no numeric escapes.
+  for (const auto& [in, want] : tiv::test::Rows<const char*, std::string>{{"a\\nb", "a\nb"},
+        {"\\a\\b\\t\\n\\v\\f\\r\\\"\\'\\\\", "\a\b\t\n\v\f\r\"'\\"}, {"\\q", "\\q"}, {"\\", "\\"},
+        {"x\\", "x\\"}, {"\\\\n", "\\n"}, {"\\0", "\\0"}, {"", ""}})
+    EXPECT_EQ(decoded(in), want) << in;
 }
 
 TEST(Escapes, EncodeTheTenCharactersOnly) {
-  EXPECT_EQ(encoded("\t"), "\\t");
-  EXPECT_EQ(encoded("\x7F"), "\x7F");
-  EXPECT_EQ(encoded("a\"b'c\\"), "a\\\"b\\'c\\\\");
-  EXPECT_EQ(encoded("\a\b\n\v\f\r"), "\\a\\b\\n\\v\\f\\r");
-  EXPECT_EQ(encoded(""), "");
+  for (const auto& [in, want] : tiv::test::Rows<const char*, std::string>{{"\t", "\\t"},
+        {"\x7F", "\x7F"}, {"a\"b'c\\", "a\\\"b\\'c\\\\"}, {"\a\b\n\v\f\r", "\\a\\b\\n\\v\\f\\r"},
+        {"", ""}})
+    EXPECT_EQ(encoded(in), want) << in;
 }
 
 TEST(Escapes, RoundTripOfEncodeThenDecodeButNotTheOtherWay) {
