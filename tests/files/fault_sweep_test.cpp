@@ -8,6 +8,7 @@
 #include <tivlib/fio.h>
 #include <tivlib/heap.h>
 
+#include "fault_sweep.h"
 #include "frame/fault.h"
 #include "files_test_util.h"
 
@@ -19,10 +20,9 @@ using FaultSweep = InTempDir;
 TEST_F(FaultSweep, OpenWriteReadClose) {
   bool completed = false;
   for (long n = 1; n < 20 && !completed; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    fio_handle* h = fio_open(nullptr, "Sweep.bin", FIO_WRITE | FIO_HEADER);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    fio_handle* h = nullptr;
+    const bool hit =
+        tiv::test::fails_at(n, [&] { h = fio_open(nullptr, "Sweep.bin", FIO_WRITE | FIO_HEADER); });
     if (n == 1) {
       EXPECT_EQ(h, nullptr);  // no handle: the stream is closed again
       continue;
@@ -43,10 +43,9 @@ TEST_F(FaultSweep, Listdir) {
   for (long n = 1; n < 20 && !completed; ++n) {
     fio_dir_entry* list = reinterpret_cast<fio_dir_entry*>(8);
     int32_t count = 9;
-    tiv::fault::fail_allocation_at(n);
-    const int32_t rc = fio_listdir(nullptr, nullptr, 0, &list, &count);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    int32_t rc{};
+    const bool hit =
+        tiv::test::fails_at(n, [&] { rc = fio_listdir(nullptr, nullptr, 0, &list, &count); });
     if (hit) {
       EXPECT_EQ(rc, n == 1 ? 0 : -1) << n;  // no first room gives 0, no growth -1
       EXPECT_EQ(list, nullptr);

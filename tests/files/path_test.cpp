@@ -5,6 +5,8 @@
 
 #include <tivlib/fio.h>
 
+#include "rows.h"
+
 namespace {
 
 std::string make(const char* host, const char* dir, const char* name) {
@@ -14,23 +16,27 @@ std::string make(const char* host, const char* dir, const char* name) {
   return out;
 }
 
+// One call of make: the three parts and the joined path.
+struct Path {
+  const char *drive, *dir, *name, *want;
+};
+
 TEST(Makepath, JoinsLowerCasesAndTurnsSeparators) {
-  EXPECT_EQ(make(nullptr, "c:\\Data", "Name.TXT"), "c:\\data\\name.txt");
-  EXPECT_EQ(make(nullptr, "c:/Data/", "Name.TXT"), "c:\\data\\name.txt");
-  EXPECT_EQ(make(nullptr, "c:\\a\\", "\\b"), "c:\\a\\b");
-  EXPECT_EQ(make("c:", "\\x", nullptr), "c:\\x");
-  EXPECT_EQ(make("c:", "x", nullptr), "c:x");
-  EXPECT_EQ(make(nullptr, "a", nullptr), "a");
-  EXPECT_EQ(make(nullptr, nullptr, nullptr), "");
-  EXPECT_EQ(make("", "", ""), "");
-  EXPECT_EQ(make("d:\\root", "sub", "f"), "d:\\root\\sub\\f");
-  EXPECT_EQ(make(nullptr, "a\\", "b\\c.d"), "a\\b\\c.d");
+  for (const auto& [drive, dir, name, want] : std::initializer_list<Path>{
+        {nullptr, "c:\\Data", "Name.TXT", "c:\\data\\name.txt"},
+        {nullptr, "c:/Data/", "Name.TXT", "c:\\data\\name.txt"},
+        {nullptr, "c:\\a\\", "\\b", "c:\\a\\b"}, {"c:", "\\x", nullptr, "c:\\x"},
+        {"c:", "x", nullptr, "c:x"}, {nullptr, "a", nullptr, "a"}, {nullptr, nullptr, nullptr, ""},
+        {"", "", "", ""}, {"d:\\root", "sub", "f", "d:\\root\\sub\\f"},
+        {nullptr, "a\\", "b\\c.d", "a\\b\\c.d"}})
+    EXPECT_EQ(make(drive, dir, name), want) << want;
 }
 
 TEST(Makepath, LaterArgumentsWin) {
-  EXPECT_EQ(make("e:", "c:\\dir", "d:\\x.y"), "d:\\x.y");
-  EXPECT_EQ(make("e:", "c:\\dir", "x.y"), "c:\\dir\\x.y");
-  EXPECT_EQ(make("e:", "\\dir", "x.y"), "e:\\dir\\x.y");
+  for (const auto& [drive, dir, name, want] : std::initializer_list<Path>{
+        {"e:", "c:\\dir", "d:\\x.y", "d:\\x.y"}, {"e:", "c:\\dir", "x.y", "c:\\dir\\x.y"},
+        {"e:", "\\dir", "x.y", "e:\\dir\\x.y"}})
+    EXPECT_EQ(make(drive, dir, name), want) << want;
 }
 
 TEST(Makepath, NilOutGivesNilAndOutMayAliasAnArgument) {
@@ -82,17 +88,10 @@ TEST(Divide, SplitsHostDirectoryAndName) {
 }
 
 TEST(TestFilename, EightDotThreeRule) {
-  EXPECT_EQ(fio_test_filename("autoexec.bat"), 0);
-  EXPECT_EQ(fio_test_filename("autoexec1.bat"), 1);
-  EXPECT_EQ(fio_test_filename("a.batx"), 1);
-  EXPECT_EQ(fio_test_filename("a b.txt"), 1);
-  EXPECT_EQ(fio_test_filename("*.*"), 2);
-  EXPECT_EQ(fio_test_filename("a?.txt"), 2);
-  EXPECT_EQ(fio_test_filename("a.b.c"), 1);
-  EXPECT_EQ(fio_test_filename("name."), 0);
-  EXPECT_EQ(fio_test_filename(".ext"), 0);
-  EXPECT_EQ(fio_test_filename(""), 1);
-  EXPECT_EQ(fio_test_filename("\xe4\xf6\xfc.\xdf"), 0);
+  for (const auto& [in, want] : tiv::test::Rows<const char*, int32_t>{{"autoexec.bat", 0},
+        {"autoexec1.bat", 1}, {"a.batx", 1}, {"a b.txt", 1}, {"*.*", 2}, {"a?.txt", 2},
+        {"a.b.c", 1}, {"name.", 0}, {".ext", 0}, {"", 1}, {"\xe4\xf6\xfc.\xdf", 0}})
+    EXPECT_EQ(fio_test_filename(in), want) << in;
   for (char bad : std::string(" \"+,/:;<=>[\\]^|")) {
     const char name[] = {'a', bad, '\0'};
     EXPECT_EQ(fio_test_filename(name), 1) << bad;
@@ -102,12 +101,9 @@ TEST(TestFilename, EightDotThreeRule) {
 }
 
 TEST(ExtentionPos, LastDotFromIndexOne) {
-  EXPECT_EQ(fio_get_extention_pos("a.b"), 1);
-  EXPECT_EQ(fio_get_extention_pos("a.b.c"), 3);
-  EXPECT_EQ(fio_get_extention_pos(".abc"), -1);
-  EXPECT_EQ(fio_get_extention_pos("abc"), -1);
-  EXPECT_EQ(fio_get_extention_pos(""), -1);
-  EXPECT_EQ(fio_get_extention_pos("d.x\\name"), 1);
+  for (const auto& [in, want] : tiv::test::Rows<const char*, int32_t>{{"a.b", 1}, {"a.b.c", 3},
+        {".abc", -1}, {"abc", -1}, {"", -1}, {"d.x\\name", 1}})
+    EXPECT_EQ(fio_get_extention_pos(in), want) << in;
 }
 
 }  // namespace
