@@ -9,6 +9,7 @@
 #include "catalogue_fixture.h"
 
 #ifdef TIVLIB_FAULT_INJECTION
+#include "fault_sweep.h"
 #include "frame/fault.h"
 
 namespace {
@@ -22,10 +23,8 @@ constexpr long kMaxSteps = 200;
 TEST_F(Catalogue, OpenSurvivesEveryAllocationFailure) {
   write_file("a.pro", kRows);
   for (long n = 1; n < kMaxSteps; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    profil_handle* h = open_existing("a", {"A", "B"});
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    profil_handle* h = nullptr;
+    const bool hit = tiv::test::fails_at(n, [&] { h = open_existing("a", {"A", "B"}); });
     if (h != nullptr) {
       double v[2];
       char result[PROFIL_RESULT_SIZE];
@@ -50,10 +49,8 @@ TEST_F(Catalogue, SearchWithoutMemoryForConditionsHasNone) {
   double v;
   char result[PROFIL_RESULT_SIZE];
   for (long n = 1; n < kMaxSteps; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    const int32_t code = profil_search(h, t, 1, "", &v, result);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    int32_t code{};
+    const bool hit = tiv::test::fails_at(n, [&] { code = profil_search(h, t, 1, "", &v, result); });
     if (!hit) {
       EXPECT_EQ(code, 0);
       EXPECT_STREQ(result, "R 3");
@@ -72,10 +69,8 @@ TEST_F(Catalogue, FindFilesSurvivesEveryAllocationFailure) {
   for (long n = 1; n < kMaxSteps; ++n) {
     char* list = nullptr;
     int32_t count = -1;
-    tiv::fault::fail_allocation_at(n);
-    const int32_t code = profil_findfiles("R", &count, &list);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    int32_t code{};
+    const bool hit = tiv::test::fails_at(n, [&] { code = profil_findfiles("R", &count, &list); });
     if (code == 0) {
       EXPECT_EQ(count, 0);
       EXPECT_EQ(list, nullptr);

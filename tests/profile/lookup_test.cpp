@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 
 #include "catalogue_fixture.h"
@@ -21,6 +22,14 @@ class Lookup : public Catalogue {
   std::string get(profil_handle* h, const char* query) {
     char result[PROFIL_RESULT_SIZE] = "";
     return profil_get(h, query, values_, result) == 0 ? result : "-1";
+  }
+  struct Row {
+    const char* query;
+    const char* result;
+  };
+  // Each query delivers its result text ("-1" when nothing matches).
+  void expect_gets(profil_handle* h, std::initializer_list<Row> rows) {
+    for (const Row& r : rows) EXPECT_EQ(get(h, r.query), r.result) << r.query;
   }
   double values_[4] = {};
 };
@@ -49,37 +58,27 @@ TEST_F(Lookup, PlainNumberMeansAtLeastParenthesesMeanExactly) {
 TEST_F(Lookup, KindIgnoresLetterCaseBlanksAndMustBeWhole) {
   profil_handle* h = open("a.pro", kSizes);
   ASSERT_NE(h, nullptr);
-  EXPECT_EQ(get(h, " h e b\t1 2 0 "), "HEB 120");
-  EXPECT_EQ(get(h, "heb"), "HEB 100");
-  EXPECT_EQ(get(h, "HE"), "-1");     // part of a kind
-  EXPECT_EQ(get(h, "HEBB"), "-1");   // stops at a letter that differs
-  EXPECT_EQ(get(h, "130"), "HEB 140");  // a number alone: any kind
-  EXPECT_EQ(get(h, ""), "HEB 100");
+  // part of a kind; stops at a letter that differs; a number alone: any kind.
+  expect_gets(h, {{" h e b\t1 2 0 ", "HEB 120"}, {"heb", "HEB 100"}, {"HE", "-1"}, {"HEBB", "-1"},
+                  {"130", "HEB 140"}, {"", "HEB 100"}});
 }
 
 TEST_F(Lookup, SeparatedSizes) {
   profil_handle* h = open("a.pro", "Kind Size A\nFL 100x50 4\nFL 100X60 5\nFL 100/50 6\n");
   ASSERT_NE(h, nullptr);
-  EXPECT_EQ(get(h, "100"), "FL 100x50");
-  EXPECT_EQ(get(h, "100x50"), "FL 100x50");
-  EXPECT_EQ(get(h, "FL90x40"), "FL 100x50");
-  EXPECT_EQ(get(h, "x50"), "FL 100x50");
-  EXPECT_EQ(get(h, "100x60"), "-1");  // x does not match X
-  EXPECT_EQ(get(h, "100X60"), "FL 100X60");
-  EXPECT_EQ(get(h, "100/50"), "FL 100/50");
-  EXPECT_EQ(get(h, "(100)/(50)"), "FL 100/50");
-  EXPECT_EQ(get(h, "(100/50)"), "FL 100/50");
-  EXPECT_EQ(get(h, "(100x5)"), "-1");
-  EXPECT_EQ(get(h, "100x50?"), "-1");  // anything else behind a size fails
+  // x does not match X; anything else behind a size fails.
+  expect_gets(h, {{"100", "FL 100x50"}, {"100x50", "FL 100x50"}, {"FL90x40", "FL 100x50"},
+                  {"x50", "FL 100x50"}, {"100x60", "-1"}, {"100X60", "FL 100X60"},
+                  {"100/50", "FL 100/50"}, {"(100)/(50)", "FL 100/50"}, {"(100/50)", "FL 100/50"},
+                  {"(100x5)", "-1"}, {"100x50?", "-1"}});
 }
 
 TEST_F(Lookup, SizeNumbersWithFractionsAndExponents) {
   profil_handle* h = open("a.pro", "Kind Size A\nCHS 48.3x3.2 1\nCHS 1e3 2\nX abc 3\n");
   ASSERT_NE(h, nullptr);
-  EXPECT_EQ(get(h, "CHS(48.3)x(3.2)"), "CHS 48.3x3.2");
-  EXPECT_EQ(get(h, "(e3)"), "CHS 1e3");
-  EXPECT_EQ(get(h, "CHS 999.5"), "CHS 1e3");
-  EXPECT_EQ(get(h, "X"), "-1");  // a size that is no number never matches
+  // a size that is no number never matches.
+  expect_gets(h, {{"CHS(48.3)x(3.2)", "CHS 48.3x3.2"}, {"(e3)", "CHS 1e3"},
+                  {"CHS 999.5", "CHS 1e3"}, {"X", "-1"}});
 }
 
 TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {

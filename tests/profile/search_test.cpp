@@ -4,6 +4,7 @@
 #include <tivlib/profil.h>
 
 #include <string>
+#include <string_view>
 
 #include "catalogue_fixture.h"
 
@@ -29,6 +30,12 @@ class Search : public Catalogue {
   }
   std::string search_next(profil_handle* h, profil_term* t, int32_t n, const char* q = "") {
     return row_text(profil_search_next(h, t, n, q, v_, r_), r_);
+  }
+  // Steps by a script of 'n' (next) and 'p' (prev) and joins what each step delivers with '|'.
+  std::string walk(profil_handle* h, std::string_view steps) {
+    std::string out;
+    for (char c : steps) out += (out.empty() ? "" : "|") + (c == 'n' ? next(h) : prev(h));
+    return out;
   }
   double v_[2] = {};
   char r_[PROFIL_RESULT_SIZE] = "";
@@ -125,14 +132,8 @@ TEST_F(Search, NextAndPrevOnThreeRows) {
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(prev(h), "-1");
   EXPECT_EQ(v_[0], -1.0);
-  EXPECT_EQ(next(h), "R 1");
-  EXPECT_EQ(next(h), "R 2");
-  EXPECT_EQ(next(h), "R 3");
-  EXPECT_EQ(next(h), "-1");
-  EXPECT_EQ(prev(h), "R 2");
-  EXPECT_EQ(prev(h), "R 1");
-  EXPECT_EQ(prev(h), "-1");
-  EXPECT_EQ(next(h), "R 1");  // the reader stands at the start of the data
+  // A prev past the first row leaves the reader at the start of the data.
+  EXPECT_EQ(walk(h, "nnnnpppn"), "R 1|R 2|R 3|-1|R 2|R 1|-1|R 1");
   EXPECT_EQ(profil_next(nullptr, v_, r_), -1);
   EXPECT_EQ(profil_prev(nullptr, v_, r_), -1);
 }
@@ -142,12 +143,7 @@ TEST_F(Search, PrevAcrossThePageBoundary) {
     profil_handle* h = open("a.pro", rows(40, line_end), {"A", "B"});
     ASSERT_NE(h, nullptr);
     for (int i = 0; i < 16; ++i) next(h);
-    EXPECT_EQ(prev(h), "R 15");
-    EXPECT_EQ(next(h), "R 16");
-    EXPECT_EQ(next(h), "R 17");
-    EXPECT_EQ(prev(h), "R 16");
-    EXPECT_EQ(prev(h), "R 15");
-    EXPECT_EQ(prev(h), "R 14");
+    EXPECT_EQ(walk(h, "pnnppp"), "R 15|R 16|R 17|R 16|R 15|R 14");
     for (int i = 15; i <= 33; ++i) EXPECT_EQ(next(h), "R " + std::to_string(i));
     EXPECT_EQ(prev(h), "R 32");
     EXPECT_EQ(v_[1], 320.0);
@@ -164,9 +160,7 @@ TEST_F(Search, PrevAfterEndWithLastRowInNewPage) {
     profil_handle* h = open("a.pro", content);
     ASSERT_NE(h, nullptr);
     for (int i = 0; i < 17; ++i) next(h);
-    EXPECT_EQ(next(h), "-1");
-    EXPECT_EQ(prev(h), "R 16");
-    EXPECT_EQ(next(h), "R 17");
+    EXPECT_EQ(walk(h, "npn"), "-1|R 16|R 17");
     close(h);
   }
 }
@@ -183,10 +177,7 @@ TEST_F(Search, RowsPassedOverBySearchCountForPrev) {
 TEST_F(Search, BlankLinesDoNotCountForward) {
   profil_handle* h = open("a.pro", "Kind Size A B\nR 1 1 1\n\n\nR 2 2 2\nR 3 3 3\n");
   ASSERT_NE(h, nullptr);
-  EXPECT_EQ(next(h), "R 1");
-  EXPECT_EQ(next(h), "R 2");
-  EXPECT_EQ(next(h), "R 3");
-  EXPECT_EQ(prev(h), "R 2");
+  EXPECT_EQ(walk(h, "nnnp"), "R 1|R 2|R 3|R 2");
 }
 
 }  // namespace
