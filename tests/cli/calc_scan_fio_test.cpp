@@ -16,9 +16,8 @@ TEST_F(Calc, EvaluatesEachArgument) {
 TEST_F(Calc, RoundsToTheGivenDecimals) {
   EXPECT_EQ(tiv({"calc", "--decimals", "2", "3.14159", "2/3"}).out, "3.14\n0.67\n");
   EXPECT_EQ(tiv({"calc", "3.14159"}).out, "3.14159\n");
-  Outcome r = tiv({"calc", "--decimals", "99", "1"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: --decimals must lie between 0 and 15\n");
+  expect_exit(tiv({"calc", "--decimals", "99", "1"}), 2,
+               "tiv: --decimals must lie between 0 and 15\n");
 }
 
 TEST_F(Calc, AnErrorShowsItsNumberColumnAndACaret) {
@@ -90,9 +89,8 @@ TEST_F(Scan, ReadsStandardInputAndGivesJson) {
 
 TEST_F(Scan, RejectsUnknownFlags) {
   write_file("in.txt", "x");
-  Outcome r = tiv({"scan", "in.txt", "--flags", "colour"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: unknown scanner flag 'colour' (see tiv scan --help)\n");
+  expect_exit(tiv({"scan", "in.txt", "--flags", "colour"}), 2,
+               "tiv: unknown scanner flag 'colour' (see tiv scan --help)\n");
 }
 
 using Fio = InTempDir;

@@ -15,8 +15,7 @@ TEST_F(Driver, NoArgumentsShowsTheOverviewOnStandardErrorAsAUsageError) {
 
 TEST_F(Driver, HelpListsEveryFamilyAndTheExitCodes) {
   Outcome r = tiv({"--help"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.err, "");
+  expect_exit(r, 0, "");
   for (const char* line : {"  env                         Environment files: get, set, delete, dump, check, merge, fmt\n",
                            "  ini                         Settings files: get, set, delete, rename, list\n",
                            "  profil                      Section catalogue: list, get, search, next, prev\n",
@@ -53,9 +52,8 @@ TEST_F(Driver, UsageErrorsNameTheCommandToAskForHelp) {
   EXPECT_EQ(r.out, "");
   EXPECT_EQ(r.err, "tiv: The following argument was not expected: frobnicate\nRun 'tiv --help' for usage.\n");
 
-  r = tiv({"env", "get", "only-a-file"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: SECTION is required\nRun 'tiv env get --help' for usage.\n");
+  expect_exit(tiv({"env", "get", "only-a-file"}), 2,
+               "tiv: SECTION is required\nRun 'tiv env get --help' for usage.\n");
 }
 
 TEST_F(Driver, AFamilyWithoutSubcommandShowsItsHelpAsAUsageError) {
@@ -88,9 +86,7 @@ TEST_F(Driver, TheLogOfAReportingRunStaysAndIsPointedTo) {
 TEST_F(Driver, AnOlderLogThatThisRunDidNotWriteIsLeftAlone) {
   write_file("zv.err", "an older run's report\n");
   write_file("a.env", "[A]\n  x =1\n");
-  Outcome r = tiv({"env", "get", "a.env", "A", "x"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.err, "");
+  expect_exit(tiv({"env", "get", "a.env", "A", "x"}), 0, "");
   EXPECT_EQ(read_file("zv.err"), "an older run's report\n");
 }
 

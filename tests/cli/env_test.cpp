@@ -40,17 +40,13 @@ TEST_F(Env, GetFailuresHaveTheirExitCodes) {
   EXPECT_EQ(r.out, "");
   EXPECT_EQ(r.err, "tiv: wall.env: no element [Wall] width\n");
 
-  r = tiv({"env", "get", "wall.env", "Wall", "layer@1"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.err, "tiv: wall.env: [Wall] layer@1 is a block, not a value (--names lists its elements)\n");
-
-  r = tiv({"env", "get", "wall.env", "Wall", "layer@1@name", "--double"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.err, "tiv: wall.env: [Wall] layer@1@name is not a number: 'outer'\n");
-
-  r = tiv({"env", "get", "missing.env", "Wall"});
-  EXPECT_EQ(r.code, 4);
-  EXPECT_EQ(r.err, "tiv: missing.env: cannot read: No such file or directory\n");
+  expect_exit(
+      tiv({"env", "get", "wall.env", "Wall", "layer@1"}), 3,
+      "tiv: wall.env: [Wall] layer@1 is a block, not a value (--names lists its elements)\n");
+  expect_exit(tiv({"env", "get", "wall.env", "Wall", "layer@1@name", "--double"}), 3,
+               "tiv: wall.env: [Wall] layer@1@name is not a number: 'outer'\n");
+  expect_exit(tiv({"env", "get", "missing.env", "Wall"}), 4,
+               "tiv: missing.env: cannot read: No such file or directory\n");
   EXPECT_FALSE(file_exists("zv.err"));
 }
 
@@ -76,9 +72,8 @@ TEST_F(Env, SetWritesTheFileBackInNormalForm) {
 TEST_F(Env, SetCreatesAMissingFileAndStoresTypedNumbers) {
   EXPECT_EQ(tiv({"env", "set", "new.env", "S", "a@b", "3.14159265", "--double"}).code, 0);
   EXPECT_EQ(read_file("new.env"), "[S]\n  a ={\n    b =3.14159\n  }\n");
-  Outcome r = tiv({"env", "set", "new.env", "S", "n", "x1", "--long"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: not a whole number: 'x1'\n");
+  expect_exit(tiv({"env", "set", "new.env", "S", "n", "x1", "--long"}), 2,
+               "tiv: not a whole number: 'x1'\n");
 }
 
 TEST_F(Env, AChangeToAFileWithASyntaxErrorLeavesItAlone) {
@@ -97,9 +92,7 @@ TEST_F(Env, DeleteRemovesASubtreeOrReportsItMissing) {
   EXPECT_EQ(tiv({"env", "get", "wall.env", "Wall", "layer@1@name"}).out, "inner\n");
   EXPECT_EQ(tiv({"env", "delete", "wall.env", "Roof"}).code, 0);
   std::string before = read_file("wall.env");
-  Outcome r = tiv({"env", "delete", "wall.env", "Roof"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: wall.env: no element [Roof]\n");
+  expect_exit(tiv({"env", "delete", "wall.env", "Roof"}), 1, "tiv: wall.env: no element [Roof]\n");
   EXPECT_EQ(read_file("wall.env"), before);
 }
 
@@ -169,11 +162,10 @@ TEST_F(Merge, AValueTooLongToCopyLeavesTheTargetUnchanged) {
 }
 
 TEST_F(Env, FmtRewritesChecksAndPrints) {
-  Outcome r = tiv({"env", "fmt", "wall.env", "--check"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.err, "tiv: wall.env: not in normal form\n");
+  expect_exit(tiv({"env", "fmt", "wall.env", "--check"}), 3,
+               "tiv: wall.env: not in normal form\n");
   EXPECT_EQ(read_file("wall.env"), kWall);
-  r = tiv({"env", "fmt", "wall.env", "--stdout"});
+  Outcome r = tiv({"env", "fmt", "wall.env", "--stdout"});
   EXPECT_EQ(r.code, 0);
   EXPECT_EQ(r.out, std::string(kWall).substr(std::string("; a comment\n").size()));
   EXPECT_EQ(tiv({"env", "fmt", "wall.env"}).code, 0);

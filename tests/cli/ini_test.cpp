@@ -32,15 +32,11 @@ TEST_F(Ini, GetGivesTheValueAsWrittenOrTyped) {
 }
 
 TEST_F(Ini, GetFailuresHaveTheirExitCodes) {
-  Outcome r = tiv({"ini", "get", "s.ini", "One", "x"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: s.ini: no section [One]\n");
-  r = tiv({"ini", "get", "s.ini", "one", "q"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: s.ini: no entry 'q' in section [one]\n");
-  r = tiv({"ini", "get", "none.ini", "one", "x"});
-  EXPECT_EQ(r.code, 4);
-  EXPECT_EQ(r.err, "tiv: none.ini: cannot open the settings file\n");
+  expect_exit(tiv({"ini", "get", "s.ini", "One", "x"}), 1, "tiv: s.ini: no section [One]\n");
+  expect_exit(tiv({"ini", "get", "s.ini", "one", "q"}), 1,
+               "tiv: s.ini: no entry 'q' in section [one]\n");
+  expect_exit(tiv({"ini", "get", "none.ini", "one", "x"}), 4,
+               "tiv: none.ini: cannot open the settings file\n");
   EXPECT_EQ(read_file("s.ini"), kSettings);
 }
 
@@ -57,9 +53,8 @@ TEST_F(Ini, SetCreatesFilesAndWritesTypedNumbers) {
   EXPECT_EQ(tiv({"ini", "set", "new.ini", "s", "d", "1.5", "--double"}).code, 0);
   EXPECT_EQ(tiv({"ini", "set", "new.ini", "s", "l", "1.5, 2", "--list"}).code, 0);
   EXPECT_EQ(read_file("new.ini"), "[s]\ne=v\nd=1.500000\nl=1.5,2\n");
-  Outcome r = tiv({"ini", "set", "new.ini", "s", "n", "many", "--long"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: not a whole number: 'many'\n");
+  expect_exit(tiv({"ini", "set", "new.ini", "s", "n", "many", "--long"}), 2,
+               "tiv: not a whole number: 'many'\n");
 }
 
 TEST_F(Ini, DeleteAndRename) {
@@ -71,12 +66,9 @@ TEST_F(Ini, DeleteAndRename) {
   EXPECT_EQ(tiv({"ini", "delete", "s.ini", "two"}).code, 0);
   EXPECT_EQ(tiv({"ini", "list", "s.ini", "--json"}).out, "[\n  \"uno\"\n]\n");
 
-  Outcome r = tiv({"ini", "delete", "s.ini", "uno", "nothing"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: s.ini: no entry 'nothing' in section [uno]\n");
-  r = tiv({"ini", "rename", "s.ini", "uno", "  "});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.err, "tiv: the new name is empty\n");
+  expect_exit(tiv({"ini", "delete", "s.ini", "uno", "nothing"}), 1,
+               "tiv: s.ini: no entry 'nothing' in section [uno]\n");
+  expect_exit(tiv({"ini", "rename", "s.ini", "uno", "  "}), 2, "tiv: the new name is empty\n");
 }
 
 TEST_F(Ini, AMalformedEntryIsReportedInTheLog) {

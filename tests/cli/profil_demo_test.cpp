@@ -100,9 +100,8 @@ TEST_F(Demo, TheTourRunsOnTheSamplesAndLeavesThemUnchanged) {
 }
 
 TEST_F(Demo, MissingSamplesAreReported) {
-  Outcome r = tiv({"demo", "--examples", "nowhere"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: nowhere: no samples (data/wall.env) in this directory\n");
+  expect_exit(tiv({"demo", "--examples", "nowhere"}), 1,
+               "tiv: nowhere: no samples (data/wall.env) in this directory\n");
 }
 
 }  // namespace

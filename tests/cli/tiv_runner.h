@@ -100,4 +100,10 @@ inline Outcome tiv(const std::vector<std::string>& args, const std::string& inpu
 // The sample files of the source tree.
 inline std::filesystem::path examples() { return TIV_EXAMPLES_DIR; }
 
+// Checks the exit code of a run and its standard error, byte for byte.
+inline void expect_exit(const Outcome& run, int code, const std::string& err) {
+  EXPECT_EQ(run.code, code) << err;
+  EXPECT_EQ(run.err, err);
+}
+
 }  // namespace tiv::test
