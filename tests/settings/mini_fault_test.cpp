@@ -11,6 +11,7 @@
 #include <tivlib/mini.h>
 #include <tivlib/zv.h>
 
+#include "fault_sweep.h"
 #include "frame/fault.h"
 #include "settings_test_util.h"
 
@@ -40,21 +41,13 @@ class MiniFaults : public tiv::test::SettingsDir {
     const std::string now = read_file("a.ini");
     EXPECT_TRUE(now == kSource || now == kNormal) << now;
   }
-  // Arms the nth allocation, runs step, and tells whether the failure was hit.
-  template <class Step>
-  bool with_failure_at(long n, Step step) {
-    tiv::fault::fail_allocation_at(n);
-    step();
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
-    return hit;
-  }
 };
 
 TEST_F(MiniFaults, Open) {
   for (long n = 1; n < 100; ++n) {
     mini_file* h = nullptr;
-    const bool hit = with_failure_at(n, [&] { h = mini_open(nullptr, "a.ini", MINI_LOAD_ALL); });
+    const bool hit =
+        tiv::test::fails_at(n, [&] { h = mini_open(nullptr, "a.ini", MINI_LOAD_ALL); });
     if (h != nullptr) {
       char buf[8];
       int32_t size = 7;
@@ -74,7 +67,8 @@ TEST_F(MiniFaults, ReadLoadsOnFirstUse) {
     char buf[8] = "";
     int32_t size = 7;
     int32_t code = -9;
-    const bool hit = with_failure_at(n, [&] { code = mini_read_string(h, "s", "b", buf, &size); });
+    const bool hit =
+        tiv::test::fails_at(n, [&] { code = mini_read_string(h, "s", "b", buf, &size); });
     // A failure may hit a name that has a fallback; otherwise the section isn't loaded.
     if (code == INI_OK) {
       EXPECT_STREQ(buf, "2");
@@ -96,7 +90,7 @@ TEST_F(MiniFaults, Change) {
     mini_file* h = mini_open(nullptr, "a.ini", 0);
     ASSERT_NE(h, nullptr);
     int32_t code = -9;
-    const bool hit = with_failure_at(n, [&] { code = mini_write_string(h, "s", "a", "9"); });
+    const bool hit = tiv::test::fails_at(n, [&] { code = mini_write_string(h, "s", "a", "9"); });
     EXPECT_TRUE(code == INI_OK || code == INI_ERROR) << code;
     EXPECT_EQ(mini_close(&h), 1);
     const std::string now = read_file("a.ini");
@@ -119,7 +113,7 @@ TEST_F(MiniFaults, UpdateAndClose) {
     ASSERT_NE(h, nullptr);
     ASSERT_EQ(mini_write_string(h, "t", "d", "4"), INI_OK);
     int32_t updated = -1;
-    const bool hit = with_failure_at(n, [&] { updated = mini_update_file(h); });
+    const bool hit = tiv::test::fails_at(n, [&] { updated = mini_update_file(h); });
     const std::string now = read_file("a.ini");
     if (updated == 1) {
       EXPECT_EQ(now, "; c\n[s]\na=1\nb=2\n\n[t]\nc=3\nd=4");

@@ -8,6 +8,7 @@
 #include <regex>
 #include <string>
 
+#include "scoped_env.h"
 #include "test_dir.h"
 
 namespace tiv::test {
@@ -28,34 +29,6 @@ inline std::string error_record(const std::string& source, const std::string& te
 
 inline const std::string kMalformedRecord =
     error_record("Ini", "Incorrect entry's format. '=' is not found.");
-
-// Sets an environment variable for the life of the object, and restores it after.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) {
-      had_ = true;
-      old_ = old;
-    }
-    if (value != nullptr)
-      ::setenv(name, value, 1);
-    else
-      ::unsetenv(name);
-  }
-  ~ScopedEnv() {
-    if (had_)
-      ::setenv(name_.c_str(), old_.c_str(), 1);
-    else
-      ::unsetenv(name_.c_str());
-  }
-  ScopedEnv(const ScopedEnv&) = delete;
-  ScopedEnv& operator=(const ScopedEnv&) = delete;
-
- private:
-  std::string name_;
-  std::string old_;
-  bool had_ = false;
-};
 
 // A test directory whose temporary files (of fio_tmpnam) go to its subdirectory "tmp", so a
 // test can see which of them stay.

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <tivlib/ini.h>
 #include <tivlib/zv.h>
@@ -28,6 +29,12 @@ class Startup : public tiv::test::SettingsDir {
   // A path of the test directory, seen from the current directory "work".
   static std::string up(const std::string& name) { return "../" + name; }
 
+  // What zv_suche_datei finds, or "-1 " and what it left in the output buffer.
+  std::string find(const char* section, const char* entry, const char* name) {
+    const int32_t code = zv_suche_datei(section, entry, name, out_);
+    return code == 0 ? std::string(out_) : std::to_string(code) + " " + out_;
+  }
+
   ScopedEnv drive_;
   ScopedEnv zv_;
   ScopedEnv upper_;
@@ -40,21 +47,21 @@ TEST_F(Startup, BeepSettings) {
   const int32_t* tick = ini_beep_values("Tick");
   ASSERT_NE(error, nullptr);
   EXPECT_EQ(ini_beep_values("Other"), nullptr);
-  EXPECT_EQ(error[0], 500);
-  EXPECT_EQ(error[1], 700);
-  EXPECT_EQ(warning[0], 100);
-  EXPECT_EQ(tick[1], 0);
+  // The two values of each of the three beeps, in one row.
+  const auto beeps = [&] {
+    return std::vector<int32_t>{error[0], error[1], warning[0], warning[1], tick[0], tick[1]};
+  };
+  const std::vector<int32_t> start = beeps();
+  EXPECT_EQ(start[0], 500);
+  EXPECT_EQ(start[1], 700);
+  EXPECT_EQ(start[2], 100);
+  EXPECT_EQ(start[5], 0);
   ini_initialize_clib();  // no file: the start values stand
-  EXPECT_EQ(warning[1], 700);
+  EXPECT_EQ(beeps(), start);
 
   write_file("zv.ini", "[Beep]\nError=1,2\nWarning=5\nTick=7,8,9\n");
   ini_initialize_clib();
-  EXPECT_EQ(error[0], 1);
-  EXPECT_EQ(error[1], 2);
-  EXPECT_EQ(warning[0], 5);
-  EXPECT_EQ(warning[1], 700);
-  EXPECT_EQ(tick[0], 7);
-  EXPECT_EQ(tick[1], 8);
+  EXPECT_EQ(beeps(), (std::vector<int32_t>{1, 2, 5, 700, 7, 8}));
   EXPECT_EQ(log_text(), "");
 }
 
@@ -81,20 +88,15 @@ TEST_F(Startup, CentralFileIsSearchedInOrder) {
   write_file("zv2.ini", "");
   write_file(up("zvdir/zv2.ini"), "");
   write_file(up("zv2.ini"), "");
-  EXPECT_EQ(zv_suche_datei(nullptr, nullptr, nullptr, out_), 0);
-  EXPECT_STREQ(out_, "c:\\work\\zv2.ini");
-  EXPECT_EQ(zv_suche_datei("", "x", nullptr, out_), 0);
-  EXPECT_STREQ(out_, "c:\\work\\zv2.ini");
+  EXPECT_EQ(find(nullptr, nullptr, nullptr), "c:\\work\\zv2.ini");
+  EXPECT_EQ(find("", "x", nullptr), "c:\\work\\zv2.ini");
   std::filesystem::remove("zv2.ini");
-  EXPECT_EQ(zv_suche_datei(nullptr, nullptr, nullptr, out_), 0);
-  EXPECT_STREQ(out_, "c:\\zvdir\\zv2.ini");
+  EXPECT_EQ(find(nullptr, nullptr, nullptr), "c:\\zvdir\\zv2.ini");
   std::filesystem::remove(up("zvdir/zv2.ini"));
-  EXPECT_EQ(zv_suche_datei(nullptr, nullptr, nullptr, out_), 0);
-  EXPECT_STREQ(out_, "c:\\zv2.ini");
+  EXPECT_EQ(find(nullptr, nullptr, nullptr), "c:\\zv2.ini");
   std::filesystem::remove(up("zv2.ini"));
   std::strcpy(out_, "untouched");
-  EXPECT_EQ(zv_suche_datei(nullptr, nullptr, nullptr, out_), -1);
-  EXPECT_STREQ(out_, "untouched");
+  EXPECT_EQ(find(nullptr, nullptr, nullptr), "-1 untouched");
   EXPECT_EQ(log_text(), error_record("Zv", "File C:\\zv2.ini not found"));
 }
 
@@ -102,20 +104,16 @@ TEST_F(Startup, DataFileAlongTheDirectoryList) {
   std::filesystem::create_directory(up("b"));
   write_file(up("b/data.pro"), "");
   write_file("zv2.ini", "[Dirs]\nlist=c:\\a;;c:\\b\nnone=c:\\a\nlong=" + std::string(300, 'x') + "\n");
-  EXPECT_EQ(zv_suche_datei("Dirs", "list", "data.pro", out_), 0);
-  EXPECT_STREQ(out_, "c:\\b\\data.pro");
+  EXPECT_EQ(find("Dirs", "list", "data.pro"), "c:\\b\\data.pro");
   // Without a section or entry the result is the central file itself.
-  EXPECT_EQ(zv_suche_datei("Dirs", "", "data.pro", out_), 0);
-  EXPECT_STREQ(out_, "c:\\work\\zv2.ini");
+  EXPECT_EQ(find("Dirs", "", "data.pro"), "c:\\work\\zv2.ini");
   write_file("here.pro", "");
-  EXPECT_EQ(zv_suche_datei("Dirs", "list", "here.pro", out_), 0);
-  EXPECT_STREQ(out_, "c:\\work\\here.pro");
+  EXPECT_EQ(find("Dirs", "list", "here.pro"), "c:\\work\\here.pro");
 
   std::strcpy(out_, "untouched");
-  EXPECT_EQ(zv_suche_datei("Dirs", "none", "data.pro", out_), -1);
-  EXPECT_EQ(zv_suche_datei("Dirs", "long", "data.pro", out_), -1);
-  EXPECT_EQ(zv_suche_datei("Dirs", "missing", "data.pro", out_), -1);
-  EXPECT_STREQ(out_, "untouched");
+  EXPECT_EQ(find("Dirs", "none", "data.pro"), "-1 untouched");
+  EXPECT_EQ(find("Dirs", "long", "data.pro"), "-1 untouched");
+  EXPECT_EQ(find("Dirs", "missing", "data.pro"), "-1 untouched");
   EXPECT_EQ(log_text(),
             error_record("Zv", "File data.pro in c:\\a not found") +
                 error_record("Zv", "Section Dirs or Entry long in c:\\work\\zv2.ini not found") +
