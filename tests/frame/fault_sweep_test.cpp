@@ -8,6 +8,7 @@
 
 #include <functional>
 
+#include "fault_sweep.h"
 #include "frame/fault.h"
 #include "frame_test_util.h"
 
@@ -20,10 +21,7 @@ namespace {
 // without hitting the failure; scenario gets told whether this run is the clean one.
 void sweep(const std::function<void()>& scenario) {
   for (long n = 1; n < 1000; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    scenario();
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
+    const bool hit = tiv::test::fails_at(n, [&] { scenario(); });
     if (!hit) return;
   }
   FAIL() << "the scenario never ran clean";
