@@ -2,12 +2,14 @@
 #include <tivlib/hash.h>
 #include <tivlib/heap.h>
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <regex>
 #include <string>
 
 #include "containers/hash_table.h"
+#include "fault_sweep.h"
 #include "frame/fault.h"
 #include "test_dir.h"
 
@@ -35,6 +37,14 @@ int fill(hash_table *t) {
     int n = 0;
     while (hash_put(t, ("k" + std::to_string(n)).c_str(), n) >= 0) ++n;
     return n;
+}
+
+// Slot, value and table id that hash_get finds for a name (value and id preset to -99).
+using Found = std::array<intptr_t, 3>;
+Found lookup(hash_table *t, const char *name) {
+    intptr_t v = -99, id = -99;
+    const int32_t slot = hash_get(t, name, &v, &id);
+    return {slot, v, id};
 }
 
 TEST(Hash, SizeIsTheSmallestOddPrimeNotBelowTheWish) {
@@ -66,15 +76,14 @@ TEST(Hash, DefaultFunctionCollisionAndAbsentNames) {
     // 'a' + 'b' = 195: primary slot 195 % 10 + 1 = 6; the second lands in 12 % 11 = 1.
     EXPECT_EQ(hash_put(t, "ab", 1), 6);
     EXPECT_EQ(hash_put(t, "ba", 2), 1);
-    intptr_t v = 0, id = 7;
-    EXPECT_EQ(hash_get(t, "ba", &v, &id), 1);
-    EXPECT_EQ(v, 2);
-    EXPECT_EQ(id, 0);
-    EXPECT_EQ(hash_get(t, "abc", &v, &id), -1);  // 294: primary slot 5 is free
-    EXPECT_EQ(hash_get(t, "`c", &v, &id), -1);   // 195 too: its slots are taken
-    EXPECT_EQ(hash_get(nullptr, "ab", &v, &id), -1);
-    EXPECT_EQ(hash_get(t, nullptr, &v, &id), -1);
-    EXPECT_EQ(v, 2);
+    EXPECT_EQ(lookup(t, "ba"), (Found{1, 2, 0}));
+    // Misses leave the value alone: "abc" (294) finds its primary slot 5 free, "`c" (195 too)
+    // finds its slots taken.
+    const Found miss{-1, -99, -99};
+    EXPECT_EQ(lookup(t, "abc"), miss);
+    EXPECT_EQ(lookup(t, "`c"), miss);
+    EXPECT_EQ(lookup(nullptr, "ab"), miss);
+    EXPECT_EQ(lookup(t, nullptr), miss);
     EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
     EXPECT_EQ(hash_put(t, nullptr, 1), -1);
     EXPECT_EQ(hash_remove_name(t, nullptr), -1);
@@ -95,18 +104,12 @@ TEST(HashChain, ChildSeesParentAndHidesItWithItsOwnEntry) {
     Table parent(11, chosen_hash, nullptr, 100);
     Table child(5, nullptr, parent, 200);
     EXPECT_EQ(hash_put(parent, "x:3", 1), 4);
-    intptr_t v = 0, id = 0;
-    EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
-    EXPECT_EQ(v, 1);
-    EXPECT_EQ(id, 100);
+    EXPECT_EQ(lookup(child, "x:3"), (Found{4, 1, 100}));
     // The child took the parent's function: "x:3" goes to 3 % 4 + 1 = 4 of its 5 slots.
     EXPECT_EQ(hash_put(child, "x:3", 2), 4);
-    EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
-    EXPECT_EQ(v, 2);
-    EXPECT_EQ(id, 200);
+    EXPECT_EQ(lookup(child, "x:3"), (Found{4, 2, 200}));
     EXPECT_EQ(hash_remove_name(child, "x:3"), 4);
-    EXPECT_EQ(hash_get(child, "x:3", &v, &id), 4);
-    EXPECT_EQ(id, 100);
+    EXPECT_EQ(lookup(child, "x:3"), (Found{4, 1, 100}));
 }
 
 TEST(HashChain, PrimarySlotAnywhereBeatsProbingAndFewerStepsWin) {
@@ -116,23 +119,19 @@ TEST(HashChain, PrimarySlotAnywhereBeatsProbingAndFewerStepsWin) {
     hash_put(child, "m:1", 0);
     EXPECT_EQ(hash_put(child, "n:1", 10), 4);
     EXPECT_EQ(hash_put(parent, "n:1", 20), 2);
-    intptr_t v = 0, id = 0;
-    EXPECT_EQ(hash_get(child, "n:1", &v, &id), 2);
-    EXPECT_EQ(id, 1);
+    EXPECT_EQ(lookup(child, "n:1"), (Found{2, 20, 1}));
     // Probed for in both at the same step: the inner table wins.
     hash_remove_name(parent, "n:1");
     hash_put(parent, "m:1", 0);
     EXPECT_EQ(hash_put(parent, "n:1", 20), 4);
-    EXPECT_EQ(hash_get(child, "n:1", &v, &id), 4);
-    EXPECT_EQ(id, 2);
+    EXPECT_EQ(lookup(child, "n:1"), (Found{4, 10, 2}));
     // Fewer steps in the parent beat more in the child.
     hash_remove_name(child, "n:1");
     hash_put(child, "o:1", 0);
     EXPECT_EQ(hash_put(child, "n:1", 10), 6);
-    EXPECT_EQ(hash_get(child, "n:1", &v, &id), 4);
-    EXPECT_EQ(id, 1);
+    EXPECT_EQ(lookup(child, "n:1"), (Found{4, 20, 1}));
     // A miss ends in the sweep where both cycles close together.
-    EXPECT_EQ(hash_get(child, "zz:1", &v, &id), -1);
+    EXPECT_EQ(lookup(child, "zz:1")[0], -1);
     EXPECT_EQ(child.t->probe_pos, 2);
     Table small(3, chosen_hash);
     Table inner(7, nullptr, small);
@@ -203,10 +202,8 @@ TEST(HashReset, ForgetsNamesAndStaysUsable) {
 #ifdef TIVLIB_FAULT_INJECTION
 TEST(HashFaults, EveryAllocationFailureIsCleanlyRefused) {
     for (long n = 1;; ++n) {
-        tiv::fault::fail_allocation_at(n);
-        hash_table *t = hash_open(1, 7, nullptr, nullptr);
-        const bool hit = tiv::fault::allocation_failure_hit();
-        tiv::fault::fail_allocation_at(0);
+        hash_table *t = nullptr;
+        const bool hit = tiv::test::fails_at(n, [&] { t = hash_open(1, 7, nullptr, nullptr); });
         if (!hit) {
             ASSERT_NE(t, nullptr);
             hash_close(t);
