@@ -90,24 +90,6 @@ TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {
   EXPECT_EQ(values_[1], 0.0);
 }
 
-TEST_F(Lookup, FieldNumbersReadAsConvertStodReadsThem) {
-  const char* fields[] = {"-0.5",  "5.",      ".5",     "0000123.4500",     "123456789012345",
-                          "1234567890123456", "0.1",   "-0",     "999999999999999.9", "1e5",
-                          "2.5E-3", "1.5d2",  "-",      "+3",     "0x10",   "inf",    "1.2.3",
-                          "12abc", "-.25",    "3.14159265358979"};
-  std::string content = "Kind Size V\n";
-  for (const char* f : fields) content += std::string("AB 1 ") + f + "\n";
-  profil_handle* h = open("a.pro", content, {"V"});
-  ASSERT_NE(h, nullptr);
-  for (const char* f : fields) {
-    char result[PROFIL_RESULT_SIZE];
-    ASSERT_EQ(profil_next(h, values_, result), 0) << f;
-    const double expected = convert_stod(f);
-    EXPECT_EQ(values_[0], expected) << f;
-    EXPECT_EQ(std::signbit(values_[0]), std::signbit(expected)) << f;
-  }
-}
-
 TEST_F(Lookup, RaggedRowsAreTakenByFieldCount) {
   // The first row lacks a field and takes it from the next line.
   profil_handle* h = open("a.pro", "Kind Size A B\nAB 1 10\nAB 2 20 21\n\n\nAB 3 30 31", {"A", "B"});
@@ -151,13 +133,6 @@ TEST_F(Lookup, LongQueryIsCutAndNilArgumentsFail) {
   EXPECT_EQ(get(h, query.c_str()), "HEB 120");
   EXPECT_EQ(get(h, nullptr), "-1");
   EXPECT_EQ(profil_get(nullptr, "HEB", values_, nullptr), -1);
-}
-
-TEST_F(Lookup, ByteFFEndsTheFile) {
-  profil_handle* h = open("a.pro", "Kind Size A\nAB 1 1\n\xff" "AB 2 2\n");
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(get(h, "AB1"), "AB 1");
-  EXPECT_EQ(get(h, "AB2"), "-1");
 }
 
 TEST_F(Lookup, SampleCatalogueIpe) {

@@ -72,12 +72,6 @@ TEST_F(Catalogue, HeaderNamesBlockKeepsOrderAndCollapsesSeparatorRuns) {
   EXPECT_EQ(profil_get_all_items(nullptr), nullptr);
 }
 
-TEST_F(Catalogue, EmptyHeaderLineIsOneColumnWithEmptyName) {
-  profil_handle* h = open("a.pro", "\nAB 1\n");
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(names_block(h), std::string("\0\0", 2));
-}
-
 TEST_F(Catalogue, HeaderOnlyOpensAndFindsNothing) {
   profil_handle* h = open("a.pro", "Kind Size A\n");
   ASSERT_NE(h, nullptr);
@@ -147,19 +141,6 @@ TEST_F(Catalogue, ResetChangesItemsAndRewinds) {
   EXPECT_EQ(v[0], 500.0);
   EXPECT_EQ(profil_reset(nullptr, items, nullptr), 0);
   EXPECT_EQ(profil_close(nullptr), 0);
-}
-
-TEST_F(Catalogue, CrLfLineEndsReadLikeLf) {
-  profil_handle* h = open("a.pro", "Kind Size A\r\nAB 1 2.5\r\nAB 2 3.5\r\n");
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(names_block(h), std::string("Kind\0Size\0A\0\0", 13));
-  double v;
-  char result[PROFIL_RESULT_SIZE];
-  ASSERT_EQ(profil_get(h, "2", &v, result), 0);
-  EXPECT_STREQ(result, "AB 2");
-  EXPECT_EQ(v, 3.5);
-  ASSERT_EQ(profil_prev(h, &v, result), 0);
-  EXPECT_STREQ(result, "AB 1");
 }
 
 TEST(ProfilFactors, TableValuesCaseAndUnknownNames) {
