@@ -26,13 +26,6 @@ TEST_F(EnvElements, InsertBeforeAPath) {
   EXPECT_EQ(write_string(env_), "[s]\n  first =f\n  a =1\n  new =v\n  b ={\n  }\n  a =2\n[t]\n");
 }
 
-TEST_F(EnvElements, InsertedElementIsExternalUntilAPut) {
-  EXPECT_EQ(env_insert_before(env_, "s", "a@2", "x"), ENV_OK);
-  intptr_t word = 7;
-  EXPECT_EQ(env_get_external(env_, "s", "x", 1, &word), 0);
-  EXPECT_EQ(word, 0);
-}
-
 TEST_F(EnvElements, InsertOnSubEnvironmentAndSections) {
   env_handle* sub = env_open_subenv(env_, "s", "b", 1);
   EXPECT_EQ(env_insert_before(sub, nullptr, nullptr, "before_b"), ENV_OK);
@@ -48,13 +41,6 @@ TEST_F(EnvElements, InsertOnSubEnvironmentAndSections) {
   EXPECT_EQ(env_count_elements(env_, nullptr, nullptr, 1), 3);
   Root empty;
   EXPECT_EQ(env_insert_before(empty, "s", nullptr, "v"), ENV_NOT_FOUND);
-}
-
-TEST_F(EnvElements, InsertWithMissingOrEmptyPath) {
-  EXPECT_EQ(env_insert_before(env_, "s", "zzz", "x"), ENV_NOT_FOUND);
-  EXPECT_EQ(env_insert_before(env_, "s", "@", "x"), ENV_ERROR);
-  EXPECT_EQ(log_text(), error_record("Bad Path was given"));
-  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 3);
 }
 
 TEST_F(EnvElements, DeleteKeepsTheListWhole) {
@@ -84,17 +70,6 @@ TEST_F(EnvElements, CountPathCountsTheLastNameAmongSiblings) {
   EXPECT_EQ(env_count_path(env_, "s", "x@y", 1), 0);
   EXPECT_EQ(env_count_path(env_, "s", "@", 1), ENV_BAD_PATH);
   EXPECT_EQ(env_count_path(nullptr, "s", "a", 1), ENV_ERROR);
-}
-
-TEST_F(EnvElements, CountElements) {
-  EXPECT_EQ(env_count_elements(env_, nullptr, "whatever", 1), 2);
-  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 3);
-  EXPECT_EQ(env_count_elements(env_, "s", "a", 1), 0);
-  EXPECT_EQ(env_count_elements(env_, "s", "@", 1), 0);
-  EXPECT_EQ(env_count_elements(env_, "zzz", nullptr, 1), 0);
-  env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
-  EXPECT_EQ(env_count_elements(sub, nullptr, nullptr, 1), 3);
-  env_close(sub, 0);
 }
 
 TEST_F(EnvElements, CheckAndExist) {
@@ -161,20 +136,6 @@ TEST_F(EnvElements, TraverseGeneratesPositionPaths) {
   visits.clear();
   EXPECT_EQ(env_traverse(env_, nullptr, nullptr, 1, record_visit, user), ENV_OK);
   EXPECT_EQ(describe(visits), "s|<nil>|block;t|<nil>|none;");
-}
-
-TEST_F(EnvElements, TraverseOfNothing) {
-  std::vector<Visit> visits;
-  auto user = reinterpret_cast<intptr_t>(&visits);
-  Root empty;
-  EXPECT_EQ(env_traverse(empty, nullptr, nullptr, 1, record_visit, user), ENV_IS_BLOCK);
-  EXPECT_EQ(env_traverse(env_, "t", nullptr, 1, record_visit, user), ENV_IS_BLOCK);
-  EXPECT_EQ(env_traverse(env_, "s", "a", 1, record_visit, user), ENV_IS_BLOCK);
-  EXPECT_EQ(env_traverse(env_, "s", "@", 1, record_visit, user), ENV_IS_BLOCK);
-  env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
-  EXPECT_EQ(env_traverse(sub, nullptr, "@", 1, record_visit, user), ENV_BAD_PATH);
-  env_close(sub, 0);
-  EXPECT_TRUE(visits.empty());
 }
 
 TEST_F(EnvElements, SecondSectionOfANameIsVisitedAtTheFirst) {

@@ -196,53 +196,6 @@ TEST_F(EnvText, FileLargerThanTheBufferAndAByteFF) {
   EXPECT_EQ(get_text(env_, "s", "yz"), "2");
 }
 
-TEST_F(EnvText, ByteFFLeavesTheWriterAsMinusOne) {
-  env_put(env_, "s", "x", "a\xff" "b");
-  env_put(env_, "s", std::string(70, 'n').c_str(), "c\xff" "d");
-  std::vector<int32_t> chars;
-  auto collect = [](int32_t c, intptr_t user) -> int32_t {
-    reinterpret_cast<std::vector<int32_t>*>(user)->push_back(c);
-    return 0;
-  };
-  env_write(collect, reinterpret_cast<intptr_t>(&chars), env_);
-  EXPECT_EQ(std::count(chars.begin(), chars.end(), -1), 2);
-  env_write_file("ff.out", env_);  // the file sink takes -1 for a flush: the byte is gone
-  EXPECT_EQ(read_file("ff.out"), "[s]\n  x =ab\n  " + std::string(57, 'n') + "\\\n" +
-                                     std::string(13, 'n') + " =cd\n");
-}
-
-// The file writer builds whole lines in its buffer; it must give the bytes the character
-// writer gives: lines just below, at and above the break column, indentation past 16 and past
-// 60 columns, a name too long to be counted in the element, and a 0xFF in a short line.
-TEST_F(EnvText, FileWriterGivesTheCharacterWritersBytes) {
-  std::string text = "[s]\n";
-  for (int n = 50; n <= 62; ++n) text += "k =" + std::string(static_cast<std::size_t>(n), 'v') + "\n";
-  for (int i = 0; i < 35; ++i) text += "b" + std::to_string(i) + " ={\nx =" + std::to_string(i) + "\n";
-  for (int i = 0; i < 35; ++i) text += "}\n";
-  ASSERT_EQ(read_string(env_, text), ENV_OK);
-  env_put_core(env_, std::string(70000, 'L').c_str(), nullptr, nullptr, 0);
-  env_put(env_, "s", "f", "a\xff" "b");
-  std::string expected = write_string(env_);
-  expected.erase(std::remove(expected.begin(), expected.end(), '\xff'), expected.end());
-  env_write_file("same.env", env_);
-  EXPECT_EQ(read_file("same.env"), expected);
-  EXPECT_NE(expected.find("\n  k =" + std::string(54, 'v') + "\\\n" + "v\n"), std::string::npos);
-}
-
-TEST_F(EnvText, MegabyteLines) {
-  const std::string big(1000000, 'x');
-  write_file("raw.env", "[s]\nbig =" + big + "\n");
-  ASSERT_EQ(env_read_file("raw.env", env_), ENV_OK);
-  EXPECT_EQ(env_data_length(env_, "s", "big", 1), 1000000);
-  env_write_file("broken.env", env_);  // broken into continuation lines of 60 columns
-  Root back;
-  ASSERT_EQ(env_read_file("broken.env", back), ENV_OK);
-  EXPECT_EQ(get_text(back, "s", "big"), "<-7>");  // too long for the helper's buffer
-  const char* text = nullptr;
-  ASSERT_GE(env_get_reference(back, "s", "big", 1, &text), 0);
-  EXPECT_EQ(text, big);
-}
-
 TEST_F(EnvText, FilesThatCanNotBeOpened) {
   EXPECT_EQ(env_read_file("missing.env", env_), ENV_ERROR);
   env_write_file("no/such/dir/out.env", env_);

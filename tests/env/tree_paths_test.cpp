@@ -72,21 +72,6 @@ TEST_F(EnvTree, PathOfDelimitersOnlyIsReportedAndStoresNothing) {
   EXPECT_EQ(env_get(env_, "s", "@@", 1, 10, nullptr), ENV_BAD_PATH);
 }
 
-TEST_F(EnvTree, EmptyTokensVanish) {
-  env_put(env_, "s", "a@b", "v");
-  for (const char* p : {"a@@b", "@a@b", "a@b@", "@@a@@@b@@"}) EXPECT_EQ(get_text(env_, "s", p), "v") << p;
-}
-
-TEST_F(EnvTree, DigitsBehindAPositionAreAName) {
-  env_put(env_, "s", "a@1@2", "child named 2");
-  EXPECT_EQ(env_list_elem_names(env_, "s", "a", 1, ',', 20, nullptr), ENV_TOO_SMALL);
-  char names[20];
-  EXPECT_EQ(env_list_elem_names(env_, "s", "a", 1, ',', sizeof names, names), ENV_OK);
-  EXPECT_STREQ(names, "2,");
-  EXPECT_EQ(get_text(env_, "s", "a@1@2"), "child named 2");
-  EXPECT_EQ(get_text(env_, "s", "a@2"), "<-4>");  // the second a
-}
-
 TEST_F(EnvTree, PositionsCountAmongTheirNameAndZeroTakesTheFirstChild) {
   ASSERT_EQ(read_string(env_, "[s]\nx =0\nwall ={\nh =1\n}\nwall ={\nh =2\nh =3\n}\n"), ENV_OK);
   EXPECT_EQ(get_text(env_, "s", "wall@2@h"), "2");
@@ -121,14 +106,6 @@ TEST_F(EnvTree, SectionsAreFoundByNameOrByPosition) {
   EXPECT_STREQ(name, "b");
   EXPECT_EQ(env_get_core(env_, nullptr, nullptr, 1, 3, nullptr, &name, nullptr, nullptr), ENV_NOT_FOUND);
   EXPECT_EQ(env_get_core(env_, "b", nullptr, 1, 1, nullptr, &name, nullptr, nullptr), ENV_IS_DATA);
-}
-
-TEST_F(EnvTree, NoSectionNoPathDependsOnTheCursor) {
-  Root fresh;
-  EXPECT_EQ(env_get_core(fresh, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr, nullptr), ENV_NOT_FOUND);
-  env_put(fresh, "s", "a", "1");
-  EXPECT_EQ(get_text(fresh, "s", "a"), "1");
-  EXPECT_EQ(env_get_core(fresh, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr, nullptr), ENV_ERROR);
 }
 
 TEST_F(EnvTree, ParentChainAnswersFullAddressesOnly) {

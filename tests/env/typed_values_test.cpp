@@ -164,17 +164,6 @@ TEST_F(EnvValues, WordLists) {
   EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, none), ENV_TOO_SMALL);
 }
 
-TEST_F(EnvValues, GetString) {
-  put("v", "hello");
-  char out[8] = "zzz";
-  EXPECT_EQ(env_get_string(env_, "s", "v", 1, 5, out), ENV_TOO_SMALL);
-  EXPECT_STREQ(out, "");
-  EXPECT_EQ(env_get_string(env_, "s", "v", 1, 6, out), 5);
-  EXPECT_STREQ(out, "hello");
-  EXPECT_EQ(env_get_string(env_, "s", "zzz", 1, 6, out), ENV_NOT_FOUND);
-  EXPECT_STREQ(out, "");
-}
-
 TEST_F(EnvValues, TypedWritesInTheCLocale) {
   const char* old = std::setlocale(LC_ALL, nullptr);
   const std::string saved = old ? old : "C";

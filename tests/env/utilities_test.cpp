@@ -147,23 +147,6 @@ TEST_F(EnvUtil, CreatePath) {
   EXPECT_EQ(env_create_path(0, buffer, "a", nullptr), ENV_TOO_SMALL);
 }
 
-TEST_F(EnvUtil, CreateArrayPath) {
-  char buffer[8] = "keep";
-  const char* names[] = {"ab", "c", nullptr};
-  EXPECT_EQ(env_create_array_path(5, buffer, names), ENV_OK);
-  EXPECT_STREQ(buffer, "ab@c");
-  EXPECT_EQ(env_create_array_path(4, buffer, names), ENV_TOO_SMALL);
-  EXPECT_STREQ(buffer, "");
-  const char* single[] = {"abcd", nullptr};
-  std::strcpy(buffer, "keep");
-  EXPECT_EQ(env_create_array_path(4, buffer, single), ENV_TOO_SMALL);
-  EXPECT_STREQ(buffer, "");
-  const char* none[] = {nullptr};
-  std::strcpy(buffer, "keep");
-  EXPECT_EQ(env_create_array_path(8, buffer, none), ENV_OK);
-  EXPECT_STREQ(buffer, "");
-}
-
 TEST_F(EnvUtil, ListElementNames) {
   ASSERT_EQ(read_string(env_, "[s]\na =1\nb ={\n}\na =2\n[t]\n"), ENV_OK);
   char buffer[16];
