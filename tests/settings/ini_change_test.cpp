@@ -37,13 +37,6 @@ TEST_F(IniChange, DeleteEntry) {
   EXPECT_EQ(temporary_files(), 0);
 }
 
-TEST_F(IniChange, DeleteEntryDropsMalformedLinesOfItsSection) {
-  write_file("a.ini", "[a]\nbroken\nx=1\n");
-  EXPECT_EQ(ini_delete_entry("a.ini", "a", "x"), INI_OK);
-  EXPECT_EQ(read_file("a.ini"), "[a]\n");
-  EXPECT_EQ(log_text(), kMalformedRecord);
-}
-
 TEST_F(IniChange, DeleteSection) {
   write_file("a.ini", "a=1\n\n[s]\n; sc\nx=1\n\n[t]\ny=2\n");
   EXPECT_EQ(ini_delete_section("a.ini", "s"), INI_OK);

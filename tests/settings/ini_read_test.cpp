@@ -74,21 +74,6 @@ TEST_F(IniRead, ValueAgainstBufferSize) {
   EXPECT_EQ(ini_read_string("a.ini", "s", "e", nullptr, &size), INI_TOO_SMALL);
 }
 
-TEST_F(IniRead, EmptyValueIsFound) {
-  write_file("a.ini", "[s]\ne=\n");
-  char buf[8] = "x";
-  int32_t size = 7;
-  EXPECT_EQ(ini_read_string("a.ini", "s", "e", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "");
-  int32_t v = 7;
-  EXPECT_EQ(ini_read_long("a.ini", "s", "e", &v), INI_OK);
-  EXPECT_EQ(v, 0);
-  int32_t values[2];
-  int32_t count = 2;
-  EXPECT_EQ(ini_read_longs("a.ini", "s", "e", values, &count), INI_OK);
-  EXPECT_EQ(count, 0);
-}
-
 TEST_F(IniRead, ListsOfEntryNames) {
   write_file("a.ini", "[s]\nabc=1\nbroken\nde = 2\n[t]\nz=1\n");
   char buf[16];
@@ -150,28 +135,6 @@ TEST_F(IniRead, LongLinesArriveInPieces) {
   // The rest of the line has no "=" and is reported on the way to b.
   EXPECT_EQ(ini_read_string("a.ini", "s", "b", buf, &size), INI_OK);
   EXPECT_EQ(log_text(), kMalformedRecord);
-}
-
-TEST_F(IniRead, TenThousandCharacterLineNulBytesAndCrLf) {
-  std::string content = "[s]\r\nlong=" + std::string(10000, 'y') + "\r\nnul=a";
-  content += '\0';
-  content += "b\r\nc = 3\r\n";
-  write_file("a.ini", content);
-  char buf[16];
-  int32_t size = 15;
-  EXPECT_EQ(ini_read_string("a.ini", "s", "nul", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "a");  // a nul byte ends the line's text
-  int32_t v = 0;
-  EXPECT_EQ(ini_read_long("a.ini", "s", "c", &v), INI_OK);
-  EXPECT_EQ(v, 3);
-}
-
-TEST_F(IniRead, HeaderWithoutBracketAndControlCharacters) {
-  write_file("a.ini", "[open\n\t x=\t1 \x01\n");
-  char buf[8];
-  int32_t size = 7;
-  EXPECT_EQ(ini_read_string("a.ini", "open", "x", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "\t1");
 }
 
 TEST_F(IniRead, DefaultFileRule) {

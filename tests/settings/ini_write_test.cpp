@@ -41,10 +41,6 @@ TEST_F(IniWrite, NewFileNewSectionAndNewEntries) {
   EXPECT_EQ(ini_write_string("b.ini", "a", "z", "5"), INI_OK);
   EXPECT_EQ(read_file("b.ini"), "[a]\nx=1\nz=5\n\n[b]\ny=2");
 
-  write_file("c.ini", "[a]\nx=1");
-  EXPECT_EQ(ini_write_string("c.ini", "a", "z", "5"), INI_OK);
-  EXPECT_EQ(read_file("c.ini"), "[a]\nx=1\nz=5\n");
-
   write_file("d.ini", "[a]\nx=1\n");
   EXPECT_EQ(ini_write_string("d.ini", "b", "y", "2"), INI_OK);
   EXPECT_EQ(read_file("d.ini"), "[a]\nx=1\n\n[b]\ny=2");

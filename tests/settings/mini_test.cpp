@@ -127,15 +127,6 @@ TEST_F(Mini, WritesStayInMemoryUntilTheUpdate) {
   mini_close(&h);
 }
 
-TEST_F(Mini, FileLineWithBlanksHasNoPartnerButLosesNothing) {
-  write_file("a.ini", "[s]\na = 1\nb=2\nc=3\n");
-  mini_file* h = mini_open(nullptr, "a.ini", 0);
-  EXPECT_EQ(get(h, "s", "a"), " 1");
-  EXPECT_EQ(mini_update_file(h), 1);
-  EXPECT_EQ(read_file("a.ini"), "[s]\na= 1\nb=2\nc=3");
-  mini_close(&h);
-}
-
 TEST_F(Mini, ReplaceWritesMemoryAlone) {
   write_file("a.ini", "top=1\n[s]\na=1\n[t]\nb=2\n");
   mini_file* h = mini_open(nullptr, "a.ini", MINI_REPLACE);
@@ -191,23 +182,6 @@ TEST_F(Mini, DeletesAndRenamesInLoadedSections) {
   EXPECT_EQ(get(h, "u", "x"), "1");
   mini_close(&h);
   EXPECT_EQ(read_file("a.ini"), "[s]\nz=1\nc=3\n\n[u]\nx=1");
-}
-
-TEST_F(Mini, GetString) {
-  write_file("a.ini", "[s]\na=1\n");
-  mini_file* h = mini_open(nullptr, "a.ini", 0);
-  const char* none = mini_get_string(h, "s", "zz", nullptr, nullptr);
-  ASSERT_NE(none, nullptr);
-  EXPECT_STREQ(none, "");
-  EXPECT_STREQ(mini_get_string(nullptr, "s", "a", nullptr, nullptr), "");
-  EXPECT_STREQ(mini_get_string(h, "s", "a", nullptr, nullptr), "1");
-  EXPECT_STREQ(mini_get_string(h, " s", "a", nullptr, nullptr), "");  // untrimmed here
-  char buf[8] = "junk";
-  int32_t size = 7;
-  EXPECT_EQ(mini_get_string(h, "s", "zz", buf, &size), buf);
-  EXPECT_STREQ(buf, "");
-  EXPECT_STREQ(mini_get_string(h, "s", "a", buf, &size), "1");
-  mini_close(&h);
 }
 
 TEST_F(Mini, LoadAllReportsEmptyHeadersAndKeepsRepeatedSections) {
