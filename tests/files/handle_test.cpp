@@ -38,13 +38,6 @@ TEST_F(Handles, WriteWithHeaderLeavesSixteenBytes) {
   EXPECT_EQ(fio_close(h), 0);
 }
 
-TEST_F(Handles, ModeFlagsAreKeptAsPassed) {
-  fio_handle* h = fio_open("", "x", FIO_WRITE | FIO_UPDATE | 0x4000);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(h->mode, FIO_WRITE | FIO_UPDATE | 0x4000);
-  EXPECT_EQ(fio_close(h), 0);
-}
-
 struct HeaderCase {
   std::string content;
   int32_t order;
@@ -152,14 +145,6 @@ TEST_F(Handles, NamesResolveAcrossCase) {
   EXPECT_EQ(fio_getstring(h, 31, line), 0);
   EXPECT_STREQ(line, "content");
   EXPECT_EQ(fio_close(h), 0);
-}
-
-TEST_F(Handles, FpIsTheStream) {
-  fio_handle* h = fio_open(nullptr, "fp.bin", FIO_WRITE);
-  ASSERT_NE(h, nullptr);
-  std::fputs("raw", fio_fp(h));
-  EXPECT_EQ(fio_close(h), 0);
-  EXPECT_EQ(read_file("fp.bin"), "raw");
 }
 
 }  // namespace

@@ -60,15 +60,6 @@ TEST(Makepath, LongPartsAreCutWithinTheBuffer) {
   EXPECT_EQ(make(nullptr, "c:\\", name.c_str()), "c:\\" + std::string(79, 'n'));
 }
 
-TEST(Makepath, EveryByteValueIsSafe) {
-  std::string all;
-  for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
-  const std::string out = make(nullptr, all.c_str(), all.c_str());
-  EXPECT_LE(out.size(), 255u);
-  EXPECT_EQ(out.find('/'), std::string::npos);
-  for (char c : out) EXPECT_FALSE(c >= 'A' && c <= 'Z');
-}
-
 TEST(Divide, SplitsHostDirectoryAndName) {
   char host[3], dir[FIO_PATH_BUFFER], name[FIO_PATH_BUFFER];
   EXPECT_EQ(fio_divide("c:\\a\\b.txt", host, dir, name), 0);

@@ -174,19 +174,6 @@ TEST_F(Services, WorkingDirectoryAndFullPaths) {
   EXPECT_EQ(fio_make_fullpath(nullptr, nullptr, nullptr, "x"), nullptr);
 }
 
-TEST_F(Services, HostNames) {
-  char buffer[3] = {'#', '#', '#'};
-  EXPECT_EQ(fio_gethostname(buffer, 1), -1);
-  EXPECT_EQ(buffer[0], '#');
-  EXPECT_EQ(fio_gethostname(buffer, 3), 0);
-  EXPECT_STREQ(buffer, "C:");
-  EXPECT_EQ(fio_sethostname(nullptr), 0);
-  EXPECT_EQ(fio_sethostname("   "), 0);
-  EXPECT_EQ(fio_sethostname("@"), -1);
-  EXPECT_EQ(fio_host_exist(""), 1);
-  EXPECT_EQ(fio_host_exist("1:"), 0);
-}
-
 // Drive D: maps to a directory of the test; the current drive switches and comes back.
 TEST_F(Services, DrivesMapToDirectories) {
   std::filesystem::create_directories("ddrive/Inner");

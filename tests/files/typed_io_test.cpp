@@ -90,16 +90,6 @@ TEST_F(TypedIo, FloatAndShortRefuseForeignOrMissingHeaders) {
   EXPECT_EQ(masked_log(), report + report + report + report + report + report + report + report);
 }
 
-TEST_F(TypedIo, DoubleOnAMissingHeaderReadsAsUsual) {
-  fio_handle* h = open_with(bytes({0, 0, 0, 0, 0, 0, 0xf8, 0x3f}), FIO_READ | FIO_HEADER);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(h->byte_order, FIO_ORDER_NONE);
-  double d = 0;
-  EXPECT_EQ(fio_getdouble(h, &d), 0);
-  EXPECT_EQ(d, 1.5);
-  EXPECT_EQ(fio_close(h), 0);
-}
-
 TEST_F(TypedIo, UpdateOnAMotorolaFileWritesHostOrder) {
   fio_handle* h = open_with(kMotorola, FIO_READ | FIO_UPDATE | FIO_HEADER);
   ASSERT_NE(h, nullptr);
@@ -178,14 +168,6 @@ TEST_F(TypedIo, PutstringFields) {
   EXPECT_EQ(fio_putstring(h, "", 0), 0);
   EXPECT_EQ(fio_close(h), 0);
   EXPECT_EQ(read_file("s.txt"), "abc  ababc   xyz");
-}
-
-TEST_F(TypedIo, GetcharTellsByte255FromTheEnd) {
-  fio_handle* h = open_with("\xff", FIO_READ);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(fio_getchar(h, nullptr), 255);
-  EXPECT_EQ(fio_getchar(h, nullptr), -1);
-  EXPECT_EQ(fio_close(h), 0);
 }
 
 TEST_F(TypedIo, GetstringLines) {
