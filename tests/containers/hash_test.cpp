@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <regex>
 #include <string>
 
 #include "containers/hash_table.h"
@@ -15,7 +14,6 @@
 
 namespace {
 
-using tiv::containers::hash::table_size;
 
 // Keys of the form "name:h" hash to h, so tests choose primary slots (h mod (size-1) + 1).
 int32_t chosen_hash(const char *key) {
@@ -47,18 +45,6 @@ Found lookup(hash_table *t, const char *name) {
     return {slot, v, id};
 }
 
-TEST(Hash, SizeIsTheSmallestOddPrimeNotBelowTheWish) {
-    EXPECT_EQ(table_size(9), 11);
-    EXPECT_EQ(table_size(2), 3);
-    EXPECT_EQ(table_size(25), 29);
-    EXPECT_EQ(table_size(2147483647), 2147483647);
-    for (int32_t wanted : {10, 9, 11, 1, -7}) {
-        Table t(wanted, nullptr);
-        EXPECT_EQ(fill(t), static_cast<int>(table_size(wanted))) << wanted;
-    }
-    EXPECT_EQ(hash_open(1, 2000000000, nullptr, nullptr), nullptr);
-}
-
 TEST(Hash, FullTableRefusesNewNamesButReplacesValues) {
     Table t(3);
     EXPECT_EQ(fill(t), 3);
@@ -87,17 +73,6 @@ TEST(Hash, DefaultFunctionCollisionAndAbsentNames) {
     EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
     EXPECT_EQ(hash_put(t, nullptr, 1), -1);
     EXPECT_EQ(hash_remove_name(t, nullptr), -1);
-}
-
-TEST(Hash, DefaultFunctionSumsSignedBytesAndReportsNil) {
-    tiv::test::TempDir dir;
-    using tiv::containers::hash::default_function;
-    EXPECT_EQ(default_function(""), 0);
-    EXPECT_EQ(default_function("\xff\xff"), -2);
-    EXPECT_EQ(default_function(nullptr), 0);
-    const std::string log = tiv::test::read_file("zv.err");
-    EXPECT_TRUE(std::regex_match(log, std::regex(">ERROR   in \"Hash\" line \\d+:\n   NIL  parameter!\n\n\n\n\n")))
-        << log;
 }
 
 TEST(HashChain, ChildSeesParentAndHidesItWithItsOwnEntry) {

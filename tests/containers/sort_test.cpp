@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "containers/introsort.h"
 
 namespace {
 
@@ -72,22 +71,6 @@ TEST(SortVector, NanOrdersAfterEveryNumber) {
               (std::vector<double>{-inf, -2.0, 1.0, 3.0, inf}));
     EXPECT_TRUE(std::isnan(v[5]) && std::isnan(v[6]) && std::isnan(v[7]));
 
-    std::mt19937 rng(7);
-    std::vector<double> big(5000);
-    for (double &x : big) x = rng() % 5 == 0 ? nan : static_cast<double>(rng() % 1000);
-    const auto nans = std::count_if(big.begin(), big.end(), [](double x) { return std::isnan(x); });
-    const auto numbers = static_cast<long>(big.size()) - nans;
-    std::vector<const double *> index(big.size());
-    sort_dvector_by_index(big.data(), index.data(), static_cast<int32_t>(big.size()));
-    for (long i = 0; i < static_cast<long>(index.size()); ++i) {
-        ASSERT_EQ(std::isnan(*index[i]), i >= numbers) << i;
-        if (i > 0 && i < numbers) {
-            ASSERT_LE(*index[i - 1], *index[i]);
-        }
-    }
-    sort_dvector(big.data(), static_cast<int32_t>(big.size()));
-    EXPECT_TRUE(std::is_sorted(big.begin(), big.begin() + numbers));
-    EXPECT_TRUE(std::all_of(big.begin() + numbers, big.end(), [](double x) { return std::isnan(x); }));
 }
 
 TEST(SortVector, ByIndexLeavesTheVectorAndFillsPointers) {
@@ -110,19 +93,6 @@ TEST(SortVector, ByIndexLeavesTheVectorAndFillsPointers) {
                 ASSERT_LE(*idx[i - 1], *idx[i]);
             }
         }
-    }
-}
-
-// The heapsort that finishes ranges after too many bad partitions.
-TEST(SortVector, HeapsortFallback) {
-    using namespace tiv::containers::sorting;
-    for (const auto &shape : shapes()) {
-        auto got = shape, want = shape;
-        auto less = [](int32_t a, int32_t b) { return a < b; };
-        TypedOps<int32_t, decltype(less), true> ops{got.data(), less};
-        if (!got.empty()) heap_sort(ops, 0, got.size());
-        std::sort(want.begin(), want.end());
-        ASSERT_EQ(got, want);
     }
 }
 
