@@ -66,19 +66,6 @@ TEST_F(Heap, PiecesAreCutInOrderAndABlockIsNeverFilledFromTheWalk) {
   heap_close(id);
 }
 
-TEST_F(Heap, PieceOfTheWholeCacheSizeTakesANewBlock) {
-  heap_id* id = heap_open(64, 0);
-  char* a = static_cast<char*>(heap_allocate(id, 64));
-  ASSERT_NE(a, nullptr);
-  // The fresh block's free of 64 is not greater than 64: a second block takes the piece.
-  EXPECT_TRUE(a < reinterpret_cast<char*>(id) || a > reinterpret_cast<char*>(id) + 96);
-  char* b = static_cast<char*>(heap_allocate(id, 8));  // block 1 still serves
-  EXPECT_TRUE(b > reinterpret_cast<char*>(id) && b < reinterpret_cast<char*>(id) + 96);
-  char* c = static_cast<char*>(heap_allocate(id, 8));  // block 2 has free 0 and is passed
-  EXPECT_EQ(c, b + 8);
-  heap_close(id);
-}
-
 TEST_F(Heap, ClearingArenaZeroesExactlyTheBytesAsked) {
   heap_id* id = heap_open(64, 1);
   auto* p = static_cast<unsigned char*>(heap_allocate(id, 8));

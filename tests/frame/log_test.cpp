@@ -13,11 +13,6 @@ namespace {
 
 using Log = InTempDir;
 
-TEST_F(Log, ErrorWithOneTextAndEmptyStackEndsInFourLineEnds) {
-  zv_error("first", nullptr, nullptr, "Heap", 12);
-  EXPECT_EQ(log_text(), ">ERROR   in \"Heap\" line 12:\n  first!\n\n\n\n\n");
-}
-
 TEST_F(Log, RecordsAppendWithinOneProcess) {
   zv_message("a", "b", "c", "Ini", 1);
   zv_switch_error(-7, "Env_core", 2);

@@ -51,22 +51,6 @@ TEST(StrCopy, PcatLeavesDstAloneOnBadRanges) {
   }
 }
 
-TEST(StrCopy, CatNcatCpyAndAlloc) {
-  Buffer b;
-  str_cpy(b.bytes, "ab");
-  str_cat(b.bytes, "cd");
-  str_ncat(b.bytes, "efgh", 2);
-  EXPECT_STREQ(b.bytes, "abcdef");
-  str_ncat(b.bytes, "xyz", -1);
-  str_ncat(b.bytes, "xyz", 0);
-  EXPECT_STREQ(b.bytes, "abcdef");
-  char* copy = str_alloc("hello");
-  ASSERT_NE(copy, nullptr);
-  EXPECT_STREQ(copy, "hello");
-  heap_free(copy);
-  EXPECT_EQ(str_alloc(nullptr), nullptr);
-}
-
 TEST(StrCompare, ExactlyMinusOneZeroOneAsUnsignedBytes) {
   using Compare = int32_t (*)(const char*, const char*);
   // Bytes above 0x7F sort behind ASCII; no case folding beyond A to Z.
@@ -82,21 +66,6 @@ TEST(StrCompare, ExactlyMinusOneZeroOneAsUnsignedBytes) {
   EXPECT_EQ(str_ncmp("abcX", "abcY", 3), 0);
   EXPECT_EQ(str_ncmp("abcX", "abcY", 4), -1);
   EXPECT_EQ(str_ncmp("b", "a", 0), 0);
-}
-
-TEST(StrSearch, AddressesAndIndexes) {
-  const char* s = "abcabc";
-  EXPECT_EQ(str_len(s), 6);
-  EXPECT_EQ(str_chr(s, 'b'), s + 1);
-  EXPECT_EQ(str_rchr(s, 'b'), s + 4);
-  EXPECT_EQ(str_chr(s, 'x'), nullptr);
-  EXPECT_EQ(str_ichr(s, 'c'), 2);
-  EXPECT_EQ(str_irchr(s, 'c'), 5);
-  EXPECT_EQ(str_ichr(s, 'x'), -1);
-  EXPECT_EQ(str_pos(s, "ca"), s + 2);
-  EXPECT_EQ(str_ipos(s, "bc"), 1);
-  EXPECT_EQ(str_ipos(s, "cb"), -1);
-  EXPECT_EQ(str_pos(s, "cb"), nullptr);
 }
 
 TEST(StrShape, CaseChangesAllPlainLettersOnly) {
@@ -157,11 +126,6 @@ TEST(StrTok, NilDelimiterWalksNulSeparatedStrings) {
   char list[] = "ab\0cd\0e\0";  // ends in two nul characters
   EXPECT_EQ(all_tokens(list, nullptr), (std::vector<std::string>{"ab", "cd", "e"}));
   EXPECT_EQ(std::string(list, sizeof list), std::string("ab\0cd\0e\0\0", 9));
-}
-
-TEST(StrTok, EmptyDelimiterGivesTheRestAsOneToken) {
-  char s[] = "a b";
-  EXPECT_EQ(all_tokens(s, ""), (std::vector<std::string>{"a b"}));
 }
 
 TEST(StrNil, NilTextsReadAsEmptyAndNilBuffersStayUntouched) {
