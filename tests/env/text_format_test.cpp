@@ -49,11 +49,6 @@ TEST_F(EnvText, ReadThenWrite) {
   EXPECT_EQ(read_and_write("[new]\n"), "[new]\n");
 }
 
-TEST_F(EnvText, AStrayWordJoinsTheNextName) {
-  ASSERT_EQ(read_string(env_, "[s]\nfoo\nbar =1\n"), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "foo\nbar"), "1");
-}
-
 TEST_F(EnvText, Continuations) {
   ASSERT_EQ(read_string(env_, "[s]\na =x\\\n  y\nb =p\\   \nq\nc =m\\\t\nd =1\\\\\ne =2\n"), ENV_OK);
   EXPECT_EQ(get_text(env_, "s", "a"), "x  y");
@@ -71,30 +66,12 @@ TEST_F(EnvText, BlanksAroundNamesAndValues) {
   EXPECT_EQ(get_text(env_, "s", "d"), "");
 }
 
-TEST_F(EnvText, TrailingBlanksAreCutInTheLastChunkOnly) {
-  // 99 characters make one chunk; blanks at its end stay when the text ends right behind it.
-  const std::string chunk = std::string(97, 'x') + "  ";
-  ASSERT_EQ(read_string(env_, "[s]\na =v" + chunk + "\nb =v" + chunk + "yy  \n"), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "a"), "v" + chunk);
-  EXPECT_EQ(get_text(env_, "s", "b"), "v" + chunk + "yy");
-}
-
 TEST_F(EnvText, BlocksOnTheirOwnLineAndEntriesBehindBraces) {
   ASSERT_EQ(read_string(env_, "[s] a ={ b =1\n c ={\n}\n}\n"), ENV_OK);
   EXPECT_EQ(get_text(env_, "s", "a@b"), "1");
   EXPECT_EQ(env_check(env_, "s", "a@c", 1), ENV_IS_BLOCK);
   EXPECT_EQ(env_count_elements(env_, "s", "a@c", 1), 0);
   EXPECT_EQ(write_string(env_), "[s]\n  a ={\n    b =1\n    c ={\n    }\n  }\n");
-}
-
-TEST_F(EnvText, BraceBehindAValueBelongsToTheValue) {
-  EXPECT_EQ(read_and_write("[s]\na ={\nb =1 }\n", ENV_BAD_FORMAT), "");
-  EXPECT_EQ(log_text(), error_record("Cbracesymbol waited"));
-}
-
-TEST_F(EnvText, SectionNameRunsToTheBracket) {
-  ASSERT_EQ(read_string(env_, "[a\nb =1"), ENV_OK);
-  EXPECT_EQ(env_check(env_, "a\nb =1", nullptr, 1), ENV_IS_BLOCK);
 }
 
 TEST_F(EnvText, SyntaxErrorsKeepTheSectionsBefore) {

@@ -141,29 +141,6 @@ TEST_F(EnvValues, Lists) {
   EXPECT_EQ(env_get_longs(env_, "s", "v", 1, &count, l), ENV_BAD_FORMAT);
 }
 
-TEST_F(EnvValues, WordLists) {
-  char a[4], b[4];
-  char* slots[] = {a, b};
-  int32_t count = 2;
-  put("v", "ab , c1");
-  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), 5);
-  EXPECT_EQ(count, 2);
-  EXPECT_STREQ(a, "ab");
-  EXPECT_STREQ(b, "c1");
-  for (const char* bad : {"a_b", "a b"}) {
-    put("v", bad);
-    count = 2;
-    EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), ENV_BAD_FORMAT) << bad;
-  }
-  put("v", "abcd");
-  count = 2;
-  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, slots), ENV_TOO_SMALL);
-  char* none[] = {nullptr};
-  put("v", "x");
-  count = 1;
-  EXPECT_EQ(env_get_strings(env_, "s", "v", 1, &count, 4, none), ENV_TOO_SMALL);
-}
-
 TEST_F(EnvValues, TypedWritesInTheCLocale) {
   const char* old = std::setlocale(LC_ALL, nullptr);
   const std::string saved = old ? old : "C";
