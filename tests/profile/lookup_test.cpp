@@ -90,21 +90,6 @@ TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {
   EXPECT_EQ(values_[1], 0.0);
 }
 
-TEST_F(Lookup, RaggedRowsAreTakenByFieldCount) {
-  // The first row lacks a field and takes it from the next line.
-  profil_handle* h = open("a.pro", "Kind Size A B\nAB 1 10\nAB 2 20 21\n\n\nAB 3 30 31", {"A", "B"});
-  ASSERT_NE(h, nullptr);
-  char result[PROFIL_RESULT_SIZE];
-  ASSERT_EQ(profil_next(h, values_, result), 0);
-  EXPECT_STREQ(result, "AB 1");
-  EXPECT_EQ(values_[1], 0.0);  // B took "AB" of the next line, which converts to 0
-  ASSERT_EQ(profil_next(h, values_, result), 0);
-  EXPECT_STREQ(result, "2 20");
-  // The last line has no line end and is found all the same.
-  EXPECT_EQ(get(h, "3"), "AB 3");
-  EXPECT_EQ(values_[1], 31.0);
-}
-
 TEST_F(Lookup, EndOfFileInsideRowReadsMissingFieldsAsZero) {
   profil_handle* h = open("a.pro", "Kind Size A B\nAB 1 5", {"A", "B"});
   ASSERT_NE(h, nullptr);

@@ -49,12 +49,6 @@ TEST_F(Catalogue, NameWithDirectoryIsNotPrefixedAndOwnExtensionIsKept) {
   EXPECT_EQ(open_existing("elsewhere\\ab", {"A"}), nullptr);  // ab.pro does not exist
 }
 
-TEST_F(Catalogue, UpperCaseFileNameIsFoundFromLowerCasePath) {
-  write_file("HEB.PRO", kSmall);
-  EXPECT_NE(open_existing("HEB", {"A"}), nullptr);
-  EXPECT_NE(open_existing("heb", {"A"}), nullptr);
-}
-
 TEST_F(Catalogue, MissingFileEmptyFileAndUnendedHeaderDoNotOpen) {
   EXPECT_EQ(open_existing("none", {"A"}), nullptr);
   EXPECT_EQ(open("empty.pro", ""), nullptr);
@@ -70,17 +64,6 @@ TEST_F(Catalogue, HeaderNamesBlockKeepsOrderAndCollapsesSeparatorRuns) {
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(names_block(h), std::string("Kind\0Size\0h\0A\0\0", 15));
   EXPECT_EQ(profil_get_all_items(nullptr), nullptr);
-}
-
-TEST_F(Catalogue, HeaderOnlyOpensAndFindsNothing) {
-  profil_handle* h = open("a.pro", "Kind Size A\n");
-  ASSERT_NE(h, nullptr);
-  double v = 0;
-  char result[PROFIL_RESULT_SIZE] = "unchanged";
-  EXPECT_EQ(profil_get(h, "", &v, result), -1);
-  EXPECT_EQ(v, -1.0);
-  EXPECT_STREQ(result, "unchanged");
-  EXPECT_EQ(profil_next(h, &v, result), -1);
 }
 
 TEST_F(Catalogue, ItemsMapToValuePositionsWithFactors) {

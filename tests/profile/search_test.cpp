@@ -153,18 +153,6 @@ TEST_F(Search, PrevAcrossThePageBoundary) {
   }
 }
 
-TEST_F(Search, PrevAfterEndWithLastRowInNewPage) {
-  for (const char* last_end : {"\n", ""}) {
-    std::string content = rows(17);
-    if (*last_end == '\0') content.pop_back();
-    profil_handle* h = open("a.pro", content);
-    ASSERT_NE(h, nullptr);
-    for (int i = 0; i < 17; ++i) next(h);
-    EXPECT_EQ(walk(h, "npn"), "-1|R 16|R 17");
-    close(h);
-  }
-}
-
 TEST_F(Search, RowsPassedOverBySearchCountForPrev) {
   profil_handle* h = open("a.pro", rows(20));
   ASSERT_NE(h, nullptr);
