@@ -62,17 +62,6 @@ TEST_F(Clock, TimeTexts) {
   for (int32_t form : {1, 9}) EXPECT_STREQ(clock_time(k7Dec1997 + 5, form), "13:00:05");
 }
 
-TEST_F(Clock, TextsLiveInOneBufferPerOperation) {
-  const char* first = clock_date(k7Dec1997, 0);
-  const char* time = clock_time(k7Dec1997, 0);
-  EXPECT_STREQ(first, "07.12.97");
-  EXPECT_STREQ(time, "13:00");
-  const char* second = clock_date(k1Jan2005, 0);
-  EXPECT_EQ(first, second);
-  EXPECT_STREQ(first, "01.01.105");
-  EXPECT_STREQ(time, "13:00");
-}
-
 TEST_F(Clock, ZeroMeansNow) {
   const int32_t before = clock_value();
   const int32_t now = static_cast<int32_t>(std::time(nullptr));
