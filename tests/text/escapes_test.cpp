@@ -42,12 +42,6 @@ TEST(Escapes, EncodeTheTenCharactersOnly) {
     EXPECT_EQ(encoded(in), want) << in;
 }
 
-TEST(Escapes, RoundTripOfEncodeThenDecodeButNotTheOtherWay) {
-  const std::string text = "tab\there \"q\" back\\slash \\q\r\n";
-  EXPECT_EQ(decoded(encoded(text)), text);
-  EXPECT_EQ(encoded(decoded("\\q")), "\\\\q");
-}
-
 TEST(Escapes, NilDstWorksInPlaceAndNilSrcDoesNothing) {
   char buf[64] = "a\tb\\c";
   EXPECT_EQ(str_etos(nullptr, buf), buf);
