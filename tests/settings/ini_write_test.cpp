@@ -45,10 +45,6 @@ TEST_F(IniWrite, NewFileNewSectionAndNewEntries) {
   EXPECT_EQ(ini_write_string("d.ini", "b", "y", "2"), INI_OK);
   EXPECT_EQ(read_file("d.ini"), "[a]\nx=1\n\n[b]\ny=2");
 
-  // Comments alone don't earn the new header a blank line.
-  write_file("e.ini", "; only\n");
-  EXPECT_EQ(ini_write_string("e.ini", "b", "y", "2"), INI_OK);
-  EXPECT_EQ(read_file("e.ini"), "; only\n[b]\ny=2");
   EXPECT_EQ(temporary_files(), 0);
 }
 

@@ -80,23 +80,6 @@ TEST_F(Mini, ReadsSetTheSizeAndKeepCountsOnFailure) {
   EXPECT_EQ(mini_read_string(h, "none", "ten", buf, &size), INI_NO_SECTION);
   EXPECT_EQ(mini_read_string(h, "s", "none", buf, &size), INI_NO_ENTRY);
 
-  int32_t l = 0;
-  EXPECT_EQ(mini_read_long(h, "s", "l", &l), INI_OK);
-  EXPECT_EQ(l, -7);
-  EXPECT_EQ(mini_read_long(h, "s", nullptr, &l), INI_NO_ENTRY);
-  EXPECT_EQ(mini_read_long(h, "s", "l", nullptr), INI_TOO_SMALL);
-  double d = 0;
-  EXPECT_EQ(mini_read_double(h, "s", "d", &d), INI_OK);
-  EXPECT_DOUBLE_EQ(d, 2.5);
-  int32_t ls[3] = {0, 0, 0};
-  int32_t count = 3;
-  EXPECT_EQ(mini_read_longs(h, "s", "ls", ls, &count), INI_OK);
-  EXPECT_EQ(count, 3);
-  EXPECT_EQ(ls[2], 3);
-  count = 3;
-  EXPECT_EQ(mini_read_longs(h, "s", "none", ls, &count), INI_NO_ENTRY);
-  EXPECT_EQ(count, 3);
-
   // Names of the section, as the direct family lists them.
   std::memset(buf, 'x', sizeof buf);
   size = 32;
