@@ -90,15 +90,6 @@ TEST_F(TypedIo, FloatAndShortRefuseForeignOrMissingHeaders) {
   EXPECT_EQ(masked_log(), report + report + report + report + report + report + report + report);
 }
 
-TEST_F(TypedIo, UpdateOnAMotorolaFileWritesHostOrder) {
-  fio_handle* h = open_with(kMotorola, FIO_READ | FIO_UPDATE | FIO_HEADER);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(fio_seek(h, 0, 1), 0);
-  EXPECT_EQ(fio_putlong(h, 258), 0);
-  EXPECT_EQ(fio_close(h), 0);
-  EXPECT_EQ(read_file("v.bin"), kMotorola + bytes({2, 1, 0, 0}));
-}
-
 TEST_F(TypedIo, TextHandlesRefuseDoublesAndLongsSilently) {
   fio_handle* h = fio_open(nullptr, "t.txt", FIO_WRITE | FIO_TEXT);
   ASSERT_NE(h, nullptr);
