@@ -52,14 +52,6 @@ class ListTest : public tiv::test::InTempDir {
     std::string log() { return tiv::test::read_file("zv.err"); }
 };
 
-TEST_F(ListTest, InitEmptiesAndNilIsReported) {
-    list = {7, &a, &b};
-    list_init(&list);
-    EXPECT_EQ(values(list), std::vector<int>{});
-    list_init(nullptr);
-    EXPECT_TRUE(std::regex_match(log(), std::regex(error_record("list_open: invalid listdescriptor")))) << log();
-}
-
 TEST_F(ListTest, InsertionsSetEveryLink) {
     list_insert_before(&list, nullptr, &b);  // on an empty list: both links nil
     EXPECT_EQ(b.prev, nullptr);
