@@ -64,14 +64,6 @@ TEST_F(EnvElements, DeleteKeepsTheListWhole) {
   env_close(sub, 0);
 }
 
-TEST_F(EnvElements, CountPathCountsTheLastNameAmongSiblings) {
-  EXPECT_EQ(env_count_path(env_, "s", "a", 1), 2);
-  EXPECT_EQ(env_count_path(env_, "s", "a@2", 1), 0);  // "2" is taken for a name
-  EXPECT_EQ(env_count_path(env_, "s", "x@y", 1), 0);
-  EXPECT_EQ(env_count_path(env_, "s", "@", 1), ENV_BAD_PATH);
-  EXPECT_EQ(env_count_path(nullptr, "s", "a", 1), ENV_ERROR);
-}
-
 TEST_F(EnvElements, CheckAndExist) {
   EXPECT_EQ(env_check(env_, nullptr, nullptr, 1), ENV_IS_BLOCK);
   EXPECT_EQ(env_check(env_, "t", nullptr, 1), ENV_IS_BLOCK);
@@ -136,20 +128,6 @@ TEST_F(EnvElements, TraverseGeneratesPositionPaths) {
   visits.clear();
   EXPECT_EQ(env_traverse(env_, nullptr, nullptr, 1, record_visit, user), ENV_OK);
   EXPECT_EQ(describe(visits), "s|<nil>|block;t|<nil>|none;");
-}
-
-TEST_F(EnvElements, SecondSectionOfANameIsVisitedAtTheFirst) {
-  Root twins;
-  ASSERT_EQ(read_string(twins, "[s]\na =1\n[s]\nb =2\n"), ENV_OK);
-  std::vector<std::string> seen;
-  auto visit = [](env_handle* env, const char*, char*, intptr_t user) -> int32_t {
-    char names[32];
-    env_list_elem_names(env, nullptr, nullptr, 1, ' ', sizeof names, names);
-    reinterpret_cast<std::vector<std::string>*>(user)->push_back(names);
-    return 0;
-  };
-  EXPECT_EQ(env_traverse(twins, nullptr, nullptr, 1, visit, reinterpret_cast<intptr_t>(&seen)), ENV_OK);
-  EXPECT_EQ(seen, (std::vector<std::string>{"a ", "a "}));
 }
 
 TEST_F(EnvElements, VisitMayDeleteItsOwnElement) {

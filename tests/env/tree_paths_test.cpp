@@ -56,15 +56,6 @@ TEST_F(EnvTree, PutReplacesInPlaceAndChangesKinds) {
   EXPECT_EQ(env_check(env_, "s", "a@b", 1), ENV_NOT_FOUND);
 }
 
-TEST_F(EnvTree, PutWithoutPathOnlyMakesTheSection) {
-  EXPECT_EQ(env_put_core(env_, "s", nullptr, "ignored", 0), ENV_OK);
-  EXPECT_EQ(env_check(env_, "s", nullptr, 1), ENV_IS_BLOCK);
-  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 0);
-  env_put(env_, "s", "a", "1");
-  EXPECT_EQ(env_put_core(env_, "s", nullptr, "ignored", 0), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "a"), "1");
-}
-
 TEST_F(EnvTree, PathOfDelimitersOnlyIsReportedAndStoresNothing) {
   EXPECT_EQ(env_put(env_, "s", "@@@", "x"), ENV_OK);
   EXPECT_EQ(log_text(), error_record("Bad Path was given"));
