@@ -48,24 +48,6 @@ TEST_F(Heap, ArenaRoundsCacheSizeUpToAMultipleOfEight) {
   heap_close(id);
 }
 
-TEST_F(Heap, PiecesAreCutInOrderAndABlockIsNeverFilledFromTheWalk) {
-  heap_id* id = heap_open(104, 0);
-  char* first = static_cast<char*>(heap_allocate(id, 1));
-  // 104 bytes serve twelve 8-byte pieces from the walk: the thirteenth would leave 0.
-  for (int i = 1; i < 12; ++i) EXPECT_EQ(heap_allocate(id, 8), first + 8 * i) << i;
-  char* other = static_cast<char*>(heap_allocate(id, 8));
-  EXPECT_TRUE(other < first || other >= first + 104);
-  // The first block still has 8 bytes; a piece of 0 fits there and does not advance it.
-  char* zero1 = static_cast<char*>(heap_allocate(id, 0));
-  EXPECT_EQ(zero1, first + 96);
-  EXPECT_EQ(heap_allocate(id, 0), zero1);
-  EXPECT_EQ(heap_allocate(id, 3), other + 8);  // walk goes on to the second block
-  heap_deallocate(id);                         // does nothing
-  EXPECT_EQ(heap_allocate(id, 8), other + 16);
-  EXPECT_FALSE(file_exists("zv.err"));
-  heap_close(id);
-}
-
 TEST_F(Heap, ClearingArenaZeroesExactlyTheBytesAsked) {
   heap_id* id = heap_open(64, 1);
   auto* p = static_cast<unsigned char*>(heap_allocate(id, 8));
