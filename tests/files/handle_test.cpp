@@ -126,17 +126,5 @@ TEST_F(Handles, MissingFilesDirectoriesAndLongPathsGiveNil) {
   EXPECT_EQ(fio_open("no\\such\\dir", "f", FIO_WRITE), nullptr);
 }
 
-TEST_F(Handles, NamesResolveAcrossCase) {
-  std::filesystem::create_directory("Data");
-  write_file("Data/Profile.PRO", "content");
-  fio_handle* h = fio_open("Data", "Profile.PRO", FIO_READ | FIO_TEXT);
-  ASSERT_NE(h, nullptr);
-  EXPECT_STREQ(fio_filename(h), "data\\profile.pro");
-  char line[32];
-  EXPECT_EQ(fio_getstring(h, 31, line), 0);
-  EXPECT_STREQ(line, "content");
-  EXPECT_EQ(fio_close(h), 0);
-}
-
 }  // namespace
 }  // namespace tiv::test

@@ -79,16 +79,6 @@ TEST_F(Services, ListdirGivesEveryEntryWithAttributesAndTimes) {
   ::chmod("ro.dat", 0644);
 }
 
-TEST_F(Services, ListdirMasksMatchIgnoringCase) {
-  write_file("A.TXT", "");
-  write_file("b.txt", "");
-  write_file("readme", "");
-  write_file("c.dat", "");
-  EXPECT_EQ(names(listing(nullptr, "*.txt")), "A.TXT b.txt");
-  EXPECT_EQ(names(listing("", "read*.*")), "readme");
-  EXPECT_EQ(names(listing(".", "?.DAT")), "c.dat");
-}
-
 TEST_F(Services, ListdirWithNothingFoundGivesMinusOne) {
   fio_dir_entry* list = reinterpret_cast<fio_dir_entry*>(1);
   int32_t count = 5;
