@@ -98,27 +98,4 @@ TEST(Numeric, RoundingToPowersOfTen) {
   EXPECT_EQ(pround(-1249.0, 2), -1200.0);
 }
 
-TEST(Numeric, Signs) {
-  EXPECT_EQ(lsgn(-5), -1);
-  EXPECT_EQ(lsgn(0), 0);
-  EXPECT_EQ(lsgn(INT32_MAX), 1);
-  EXPECT_EQ(fsgn(-0.1), -1.0);
-  EXPECT_EQ(fsgn(3.0), 1.0);
-  const double z = fsgn(-0.0);
-  EXPECT_EQ(z, 0.0);
-  EXPECT_FALSE(std::signbit(z));
-  EXPECT_EQ(fsgn(std::nan("")), 1.0);
-}
-
-TEST(Numeric, Degrees) {
-  EXPECT_DOUBLE_EQ(sin_deg(90), 1.0);
-  EXPECT_NEAR(tan_deg(45), 1.0, 1e-15);
-  EXPECT_EQ(acos_deg(1), 0.0);
-  EXPECT_DOUBLE_EQ(asin_deg(1), 90.0);
-  EXPECT_DOUBLE_EQ(atan_deg(1), 45.0);
-  EXPECT_DOUBLE_EQ(atan2_deg(1, 0), 90.0);
-  EXPECT_DOUBLE_EQ(atan2_deg(0, -1), 180.0);
-  EXPECT_TRUE(std::isnan(asin_deg(2)));
-}
-
 }  // namespace
