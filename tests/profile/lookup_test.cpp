@@ -120,24 +120,4 @@ TEST_F(Lookup, LongQueryIsCutAndNilArgumentsFail) {
   EXPECT_EQ(profil_get(nullptr, "HEB", values_, nullptr), -1);
 }
 
-TEST_F(Lookup, SampleCatalogueIpe) {
-  const std::string samples = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "examples" / "catalog";
-  profil_path(samples.c_str());
-  const char* items[] = {"h", "A", "Iy", "Wz", nullptr};
-  double f[4];
-  profil_get_factors(items, f);
-  char name[] = "ipe";
-  profil_handle* h = profil_open(name, items, f);
-  ASSERT_NE(h, nullptr);
-  double v[4];
-  char result[PROFIL_RESULT_SIZE];
-  ASSERT_EQ(profil_get(h, "ipe 210", v, result), 0);
-  EXPECT_STREQ(result, "IPE 220");
-  EXPECT_DOUBLE_EQ(v[0], 0.22);
-  EXPECT_DOUBLE_EQ(v[1], 33.4e-4);
-  EXPECT_DOUBLE_EQ(v[2], 2772e-8);
-  EXPECT_DOUBLE_EQ(v[3], 37.3e-6);
-  profil_close(h);
-}
-
 }  // namespace
