@@ -79,21 +79,6 @@ TEST_F(Heap, ArenaReportsBadIdsAndSizes) {
 
 #ifdef TIVLIB_FAULT_INJECTION
 
-TEST_F(Heap, InjectedFailureHitsTheNthAllocationOnce) {
-  tiv::fault::fail_allocation_at(3);
-  void* a = heap_malloc(8);
-  void* b = heap_calloc(1, 8);
-  EXPECT_FALSE(tiv::fault::allocation_failure_hit());
-  EXPECT_EQ(str_alloc("x"), nullptr);
-  EXPECT_TRUE(tiv::fault::allocation_failure_hit());
-  void* c = heap_realloc(nullptr, 8);
-  EXPECT_NE(c, nullptr);
-  heap_free(a);
-  heap_free(b);
-  heap_free(c);
-  tiv::fault::fail_allocation_at(0);
-}
-
 TEST_F(Heap, ArenaOutOfSpaceIsReportedAndTheArenaStaysUsable) {
   tiv::fault::fail_allocation_at(1);
   EXPECT_EQ(heap_open(32, 0), nullptr);
