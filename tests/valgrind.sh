@@ -18,8 +18,11 @@ mapfile -t programs < <(find -L "$build/tests" -maxdepth 2 -type f -name 'test_*
 [ ${#programs[@]} -gt 0 ] || { echo "valgrind: no test programs under $build/tests"; exit 2; }
 
 failed=0
+# TIV_VALGRIND_SKIP: names of programs to leave out, separated by blanks.
+skip=" ${TIV_VALGRIND_SKIP:-} "
 for p in "${programs[@]}"; do
   name=$(basename "$p")
+  if [[ $skip == *" $name "* ]]; then echo "valgrind: $name skipped"; continue; fi
   start=$SECONDS
   # Tests run in their own temporary directories; the log of a program goes next to it.
   timeout --kill-after=30 "$limit" valgrind --error-exitcode=1 --leak-check=full \
