@@ -89,16 +89,6 @@ TEST_F(EnvTree, SearchIsBreadthFirstAndCountsPositionsPerBlock) {
   EXPECT_EQ(get_text(env_, "s", "k", 1), "<-4>");
 }
 
-TEST_F(EnvTree, SectionsAreFoundByNameOrByPosition) {
-  env_put(env_, "a", "x", "1");
-  env_put(env_, "b", "x", "2");
-  const char* name = nullptr;
-  EXPECT_EQ(env_get_core(env_, nullptr, nullptr, 1, 2, nullptr, &name, nullptr, nullptr), ENV_IS_BLOCK);
-  EXPECT_STREQ(name, "b");
-  EXPECT_EQ(env_get_core(env_, nullptr, nullptr, 1, 3, nullptr, &name, nullptr, nullptr), ENV_NOT_FOUND);
-  EXPECT_EQ(env_get_core(env_, "b", nullptr, 1, 1, nullptr, &name, nullptr, nullptr), ENV_IS_DATA);
-}
-
 TEST_F(EnvTree, ParentChainAnswersFullAddressesOnly) {
   Root parent{3};
   env_put(parent, "s", "only", "from parent");

@@ -82,7 +82,6 @@ TEST_F(EnvValues, IterationWalksChildrenInOrder) {
   EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_IS_EXTERNAL);
   EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_IS_BLOCK);
   EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_TOO_SMALL);
-  EXPECT_EQ(env_get_next(8, name, 8, data, &word), ENV_NOT_FOUND);
 }
 
 TEST_F(EnvValues, DoubleGrammar) {
