@@ -83,16 +83,5 @@ TEST(StackMemory, PushLosesTheValueSilently) {
 
 #endif
 
-TEST(Environment, GetFallsBackAndPutSetsForTheRestOfTheProcess) {
-  EXPECT_STREQ(zv_getenv("TIV_FRAME_TEST_UNSET", "fallback"), "fallback");
-  EXPECT_EQ(zv_getenv("TIV_FRAME_TEST_UNSET", nullptr), nullptr);
-  std::string text = "TIV_FRAME_TEST_VAR=42";
-  EXPECT_EQ(zv_putenv(text.c_str()), 0);
-  text = "TIV_FRAME_TEST_VAR=changed";  // the environment holds its own copy
-  EXPECT_STREQ(zv_getenv("TIV_FRAME_TEST_VAR", "x"), "42");
-  EXPECT_EQ(zv_putenv(nullptr), -1);
-  EXPECT_STREQ(zv_getenv(nullptr, "fb"), "fb");
-}
-
 }  // namespace
 }  // namespace tiv::test
