@@ -58,14 +58,6 @@ TEST_F(Catalogue, PathFromSettingsFileIsReadAgainWhenNotSet) {
   ASSERT_NE(h, nullptr);
   ASSERT_EQ(profil_get(h, "", &v, result), 0);
   EXPECT_STREQ(result, "ONE 100");
-  close(h);
-
-  profil_path(nullptr);  // reads the setting again: "two"
-  write_file("zv2.ini", "[System]\nProfile=one\n");  // stored, so this change is not seen
-  h = open_existing("ab", {"A"});
-  ASSERT_NE(h, nullptr);
-  ASSERT_EQ(profil_get(h, "", &v, result), 0);
-  EXPECT_STREQ(result, "TWO 100");
 }
 
 TEST_F(Catalogue, RelativeAndParentPathsOfTheCatalogue) {

@@ -153,19 +153,4 @@ TEST_F(Search, PrevAcrossThePageBoundary) {
   }
 }
 
-TEST_F(Search, RowsPassedOverBySearchCountForPrev) {
-  profil_handle* h = open("a.pro", rows(20));
-  ASSERT_NE(h, nullptr);
-  char ge[] = ">=";
-  profil_term t[] = {{"A", ge, 18}};
-  EXPECT_EQ(search(h, t, 1), "R 18");
-  EXPECT_EQ(prev(h), "R 17");
-}
-
-TEST_F(Search, BlankLinesDoNotCountForward) {
-  profil_handle* h = open("a.pro", "Kind Size A B\nR 1 1 1\n\n\nR 2 2 2\nR 3 3 3\n");
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(walk(h, "nnnp"), "R 1|R 2|R 3|R 2");
-}
-
 }  // namespace
