@@ -69,10 +69,6 @@ TEST_F(IniChange, RenameSection) {
   EXPECT_EQ(ini_rename_section("a.ini", nullptr, "new"), INI_OK);
   EXPECT_EQ(read_file("a.ini"), "[new]\na=1\nb=2\n");
 
-  write_file("a.ini", "; lead\n[h]\nk=1\n");
-  EXPECT_EQ(ini_rename_section("a.ini", "", " top "), INI_OK);
-  EXPECT_EQ(read_file("a.ini"), "; lead\n[top]\n\n[h]\nk=1\n");
-
   write_file("a.ini", "; c\n[s] x\nk=1\n\n[t]\n");
   EXPECT_EQ(ini_rename_section("a.ini", " s ", "u"), INI_OK);
   EXPECT_EQ(read_file("a.ini"), "; c\n[u]\nk=1\n\n[t]\n");
