@@ -76,13 +76,9 @@ TEST_F(EnvElements, CheckAndExist) {
   env_close(t, 0);
   EXPECT_EQ(env_exist_block(env_, "s", "b", 1), 1);
   EXPECT_EQ(env_exist_data(env_, "s", "a", 1), 1);
-  EXPECT_EQ(env_exist(env_, "s", "a@2", 1), 1);
-  EXPECT_EQ(env_exist(env_, "s", "a@3", 1), 0);
   env_put_external(env_, "s", "e", 5);
   EXPECT_EQ(env_exist_external(env_, "s", "e", 1), 1);
   EXPECT_EQ(env_exist(nullptr, "s", "a", 1), 0);
-  Root empty;
-  EXPECT_EQ(env_check(empty, nullptr, nullptr, 1), ENV_NOT_FOUND);
 }
 
 TEST_F(EnvElements, DataLengthFallsThroughAndCheckDoesNot) {
