@@ -11,26 +11,18 @@
 
 namespace tiv::test {
 
-// What the reader delivers: the bytes of text, then -1. With widen_signed, bytes of 128 and
-// above arrive as negative values, as from a reader that widens signed characters.
+// What the reader delivers: the bytes of text, then -1.
 struct SourceText {
   static inline std::string text;
   static inline size_t position = 0;
-  static inline int calls = 0;
-  static inline bool widen_signed = false;
 
-  static void set(std::string t, bool signed_bytes = false) {
+  static void set(std::string t) {
     text = std::move(t);
     position = 0;
-    calls = 0;
-    widen_signed = signed_bytes;
   }
   static int32_t read() {
-    ++calls;
     if (position >= text.size()) return -1;
-    const char c = text[position++];
-    return widen_signed ? static_cast<int32_t>(static_cast<signed char>(c))
-                        : static_cast<int32_t>(static_cast<unsigned char>(c));
+    return static_cast<unsigned char>(text[position++]);
   }
 };
 
