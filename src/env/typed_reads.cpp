@@ -75,24 +75,6 @@ void forget_iteration(env_handle* env) noexcept {
 
 extern "C" {
 
-int32_t env_get(env_handle* env, const char* section, const char* path, int32_t exact,
-                int32_t size, char* buffer) noexcept {
-  int32_t id = 0;
-  const char* text = nullptr;
-  const int32_t r = get_core(env, section, path, exact, 0, &id, nullptr, &text, nullptr);
-  switch (r) {
-    case ENV_IS_DATA:
-      if (buffer == nullptr || !fits(text, size)) return ENV_TOO_SMALL;
-      copy(buffer, text);
-      return id;
-    case ENV_IS_BLOCK:
-    case ENV_IS_EXTERNAL:
-      return ENV_IS_DATA;
-    default:
-      return r;
-  }
-}
-
 int32_t env_get_reference(env_handle* env, const char* section, const char* path,
                           int32_t exact, const char** text_out) noexcept {
   int32_t id = 0;
@@ -108,6 +90,17 @@ int32_t env_get_reference(env_handle* env, const char* section, const char* path
     default:
       return r;
   }
+}
+
+// A copy of the text that env_get_reference hands out, when it fits the caller's buffer.
+int32_t env_get(env_handle* env, const char* section, const char* path, int32_t exact,
+                int32_t size, char* buffer) noexcept {
+  const char* text = nullptr;
+  const int32_t id = env_get_reference(env, section, path, exact, &text);
+  if (id < 0) return id;
+  if (buffer == nullptr || !fits(text, size)) return ENV_TOO_SMALL;
+  copy(buffer, text);
+  return id;
 }
 
 int32_t env_get_external(env_handle* env, const char* section, const char* path,
