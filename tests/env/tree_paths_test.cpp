@@ -34,12 +34,6 @@ TEST_F(EnvTree, PositionBeyondTheEndCreatesEmptyFillers) {
   EXPECT_EQ(get_text(env_, "s", "wall@1"), "");
   EXPECT_EQ(get_text(env_, "s", "wall@2"), "");
   EXPECT_EQ(get_text(env_, "s", "wall@3"), "x");
-  // One wall exists: wall@3 adds two more.
-  Root other;
-  env_put(other, "s", "wall", "first");
-  env_put(other, "s", "wall@3", "third");
-  EXPECT_EQ(env_count_path(other, "s", "wall", 1), 3);
-  EXPECT_EQ(write_string(other), "[s]\n  wall =first\n  wall =\n  wall =third\n");
 }
 
 TEST_F(EnvTree, PutReplacesInPlaceAndChangesKinds) {
