@@ -73,14 +73,6 @@ TEST_F(Lookup, SeparatedSizes) {
                   {"(100x5)", "-1"}, {"100x50?", "-1"}});
 }
 
-TEST_F(Lookup, SizeNumbersWithFractionsAndExponents) {
-  profil_handle* h = open("a.pro", "Kind Size A\nCHS 48.3x3.2 1\nCHS 1e3 2\nX abc 3\n");
-  ASSERT_NE(h, nullptr);
-  // a size that is no number never matches.
-  expect_gets(h, {{"CHS(48.3)x(3.2)", "CHS 48.3x3.2"}, {"(e3)", "CHS 1e3"},
-                  {"CHS 999.5", "CHS 1e3"}, {"X", "-1"}});
-}
-
 TEST_F(Lookup, FieldValuesNilNonNumbersAndFactors) {
   const double factors[] = {0.01, 1.0};
   profil_handle* h = open("a.pro", "Kind Size iy B\nAB 1 nil junk\n", {"iy", "B"}, factors);

@@ -91,16 +91,6 @@ TEST_F(Catalogue, DuplicateItemLeavesEarlierSlotUnsetAndNameColumnsGiveNothing) 
   EXPECT_EQ(v[2], 15.0);
 }
 
-TEST_F(Catalogue, ColumnNamesMatchByExactBytes) {
-  profil_handle* h = open("a.pro", "Kind Size Iy iy\nAB 1 10 20\n", {"iy", "IY", "Iy"});
-  ASSERT_NE(h, nullptr);
-  double v[3];
-  ASSERT_EQ(profil_get(h, "", v, nullptr), 0);
-  EXPECT_EQ(v[0], 20.0);
-  EXPECT_EQ(v[1], -1.0);
-  EXPECT_EQ(v[2], 10.0);
-}
-
 TEST_F(Catalogue, ResetChangesItemsAndRewinds) {
   profil_handle* h = open("a.pro", kSmall, {"A"});
   ASSERT_NE(h, nullptr);
