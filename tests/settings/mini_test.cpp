@@ -182,20 +182,6 @@ TEST_F(Mini, MalformedLines) {
                                          "entry has been ignored"));
 }
 
-TEST_F(Mini, CrLfNulBytesAndHeadersWithoutBracket) {
-  std::string content = "[s\r\nk=v\r\nn=a";
-  content += '\0';
-  content += "b=c\r\n;c\r\n";
-  write_file("a.ini", content);
-  mini_file* h = mini_open(nullptr, "a.ini", 0);
-  EXPECT_EQ(get(h, "s", "k"), "v");
-  EXPECT_EQ(get(h, "s", "n"), "a");  // a nul byte ends the line
-  EXPECT_EQ(get(h, "s", "b"), "c");
-  EXPECT_EQ(mini_write_string(h, "s", "k", "w"), INI_OK);
-  mini_close(&h);
-  EXPECT_EQ(read_file("a.ini"), "[s]\nk=w\nn=a\nb=c\n;c");
-}
-
 TEST_F(Mini, WriteChecksAndLists) {
   mini_file* h = mini_open(nullptr, "a.ini", 0);
   EXPECT_EQ(mini_write_string(nullptr, "s", "e", "v"), INI_ERROR);
