@@ -21,12 +21,12 @@ constexpr std::size_t kTextMax = ENV_FORMAT_MAX;  // characters of a formatted o
 constexpr std::size_t kNumberMax = 32;
 
 // A number as its text: "%g" (six significant digits) or "%ld", whatever the host's locale.
-std::string_view format_double(double value, char (&out)[kNumberMax]) {
+std::string_view format_number(double value, char (&out)[kNumberMax]) {
   auto [end, ec] = std::to_chars(out, out + kNumberMax, value, std::chars_format::general, 6);
   if (ec != std::errc{}) end = out;
   return {out, static_cast<std::size_t>(end - out)};
 }
-std::string_view format_long(int32_t value, char (&out)[kNumberMax]) {
+std::string_view format_number(int32_t value, char (&out)[kNumberMax]) {
   auto [end, ec] = std::to_chars(out, out + kNumberMax, value);
   if (ec != std::errc{}) end = out;
   return {out, static_cast<std::size_t>(end - out)};
@@ -60,6 +60,20 @@ int format_in_c_locale(char* out, std::size_t size, const char* format, va_list 
   const int n = std::vsnprintf(out, size, format, args);
   if (previous != static_cast<locale_t>(nullptr)) uselocale(previous);
   return n;
+}
+
+// Stores count numbers joined by "," as one text; see ListText for where a long list is cut.
+template <class Number>
+int32_t put_number_list(env_handle* env, const char* section, const char* path, int32_t count,
+                        const Number* values) noexcept {
+  if (count < 1 || values == nullptr) return ENV_ERROR;
+  ListText text;
+  char digits[kNumberMax];
+  for (int32_t i = 0; i < count; ++i) {
+    if (i > 0) text.add(",");
+    text.add(format_number(values[i], digits));
+  }
+  return env_put(env, section, path, text.c_str());
 }
 
 }  // namespace
@@ -98,7 +112,7 @@ int32_t env_put_double(env_handle* env, const char* section, const char* path,
                        double value) noexcept {
   char text[kNumberMax + 1] = {};
   char digits[kNumberMax];
-  const std::string_view s = format_double(value, digits);
+  const std::string_view s = format_number(value, digits);
   std::memcpy(text, s.data(), s.size());
   return env_put(env, section, path, text);
 }
@@ -107,33 +121,19 @@ int32_t env_put_long(env_handle* env, const char* section, const char* path,
                      int32_t value) noexcept {
   char text[kNumberMax + 1] = {};
   char digits[kNumberMax];
-  const std::string_view s = format_long(value, digits);
+  const std::string_view s = format_number(value, digits);
   std::memcpy(text, s.data(), s.size());
   return env_put(env, section, path, text);
 }
 
 int32_t env_put_doubles(env_handle* env, const char* section, const char* path, int32_t count,
                         const double* values) noexcept {
-  if (count < 1 || values == nullptr) return ENV_ERROR;
-  ListText text;
-  char digits[kNumberMax];
-  for (int32_t i = 0; i < count; ++i) {
-    if (i > 0) text.add(",");
-    text.add(format_double(values[i], digits));
-  }
-  return env_put(env, section, path, text.c_str());
+  return put_number_list(env, section, path, count, values);
 }
 
 int32_t env_put_longs(env_handle* env, const char* section, const char* path, int32_t count,
                       const int32_t* values) noexcept {
-  if (count < 1 || values == nullptr) return ENV_ERROR;
-  ListText text;
-  char digits[kNumberMax];
-  for (int32_t i = 0; i < count; ++i) {
-    if (i > 0) text.add(",");
-    text.add(format_long(values[i], digits));
-  }
-  return env_put(env, section, path, text.c_str());
+  return put_number_list(env, section, path, count, values);
 }
 
 // The list ends at a string that is nil or longer than 1024 characters. If that is the
