@@ -113,21 +113,15 @@ TEST_F(TypedIo, TextHandlesRefuseDoublesAndLongsSilently) {
 
 TEST_F(TypedIo, NilHandlesGiveMinusOneAndReadToBufZero) {
   double d;
-  float f;
   int32_t l;
-  int16_t s;
   char c;
   char buffer[8];
   EXPECT_EQ(fio_putdouble(nullptr, 1), -1);
-  EXPECT_EQ(fio_putfloat(nullptr, 1), -1);
   EXPECT_EQ(fio_putlong(nullptr, 1), -1);
-  EXPECT_EQ(fio_putshort(nullptr, 1), -1);
   EXPECT_EQ(fio_putchar(nullptr, 'a'), -1);
   EXPECT_EQ(fio_putstring(nullptr, "a", 1), -1);
   EXPECT_EQ(fio_getdouble(nullptr, &d), -1);
-  EXPECT_EQ(fio_getfloat(nullptr, &f), -1);
   EXPECT_EQ(fio_getlong(nullptr, &l), -1);
-  EXPECT_EQ(fio_getshort(nullptr, &s), -1);
   EXPECT_EQ(fio_getchar(nullptr, &c), -1);
   EXPECT_EQ(fio_getstring(nullptr, 4, buffer), -1);
   EXPECT_EQ(fio_getstringdel(nullptr, 4, ";", buffer), -1);
