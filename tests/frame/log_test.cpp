@@ -120,20 +120,6 @@ TEST_F(Log, DefaultBoxIsOneTrimmedLineOnStandardError) {
             "MISSMATCH WITH BEGIN-END-BRACKET: END without BEGIN!\nEXIT : line one line two\n");
 }
 
-TEST(Sound, BeepGoesToTheInstalledHandlerOnly) {
-  int beeps = 0;
-  zv_tone();  // no handler: nothing happens
-  zv_set_beep_handler([](intptr_t user) { ++*reinterpret_cast<int*>(user); },
-                      reinterpret_cast<intptr_t>(&beeps));
-  zv_tone();
-  zv_beep();
-  zv_wait();
-  zv_pause();
-  zv_set_beep_handler(nullptr, 0);
-  zv_beep();
-  EXPECT_EQ(beeps, 2);
-}
-
 // These need a process in its start state: no report yet, trace on.
 TEST_F(Log, FirstReportOfAProcessEmptiesAnOlderLog) {
   TIV_IN_FRESH_PROCESS([] {
