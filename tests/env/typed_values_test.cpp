@@ -45,7 +45,6 @@ TEST_F(EnvValues, PositionalReads) {
   char name[8], data[8];
   int32_t id = -1;
   EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 3, &id, 8, name, 8, data, nullptr), ENV_NOT_FOUND);
-  EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 0, &id, 8, name, 8, data, nullptr), ENV_NOT_FOUND);
   EXPECT_EQ(env_get_pos(env_, "s", nullptr, 1, 2, &id, 8, name, 8, data, nullptr), ENV_IS_DATA);
   EXPECT_EQ(id, 5);
   EXPECT_STREQ(name, "b");
@@ -56,7 +55,6 @@ TEST_F(EnvValues, PositionalReads) {
   EXPECT_STREQ(data, "x");
   EXPECT_EQ(env_get_pos(env_, nullptr, nullptr, 1, 1, &id, 8, name, 8, data, nullptr), ENV_IS_BLOCK);
   EXPECT_STREQ(name, "s");
-  EXPECT_EQ(env_get_pos(env_, nullptr, nullptr, 1, 1, &id, 1, name, 8, data, nullptr), ENV_TOO_SMALL);
 }
 
 TEST_F(EnvValues, IterationWalksChildrenInOrder) {
