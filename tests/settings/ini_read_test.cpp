@@ -33,9 +33,6 @@ TEST_F(IniRead, HeaderIsTrimmedAndValueKeepsItsBlanks) {
   EXPECT_EQ(ini_read_string("a.ini", " Abc ", "a", buf, &size), INI_NO_SECTION);
   EXPECT_EQ(ini_read_string("a.ini", "Abc", "A", buf, &size), INI_NO_ENTRY);
   EXPECT_STREQ(buf, "untouched");
-  v = 9;
-  EXPECT_EQ(ini_read_long("a.ini", "Abc", "b", &v), INI_NO_ENTRY);
-  EXPECT_EQ(v, 9);
   EXPECT_EQ(log_text(), "");
 }
 

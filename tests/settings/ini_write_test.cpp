@@ -81,9 +81,6 @@ TEST_F(IniWrite, NumberForms) {
   int32_t count = 3;
   EXPECT_EQ(ini_read_longs("a.ini", "s", "none", back, &count), INI_OK);
   EXPECT_EQ(count, 0);
-  double d = 0;
-  EXPECT_EQ(ini_read_double("a.ini", "s", "d", &d), INI_OK);
-  EXPECT_DOUBLE_EQ(d, 1.5);
 
   // A single double whose fixed form passes 79 characters is refused.
   EXPECT_EQ(ini_write_double("a.ini", "s", "big", 1e100), INI_TOO_SMALL);
