@@ -157,14 +157,12 @@ TEST_F(ListTest, TraversalsMayUnlinkTheVisitedElement) {
 TEST_F(ListTest, NumberedAccessAndMembership) {
     EXPECT_EQ(list_get_element_by_number(&list, 1), nullptr);
     fill();
-    for (int32_t n : {0, -5, 1}) EXPECT_EQ(list_get_element_by_number(&list, n), &a);
+    EXPECT_EQ(list_get_element_by_number(&list, -5), &a);
     EXPECT_EQ(list_get_element_by_number(&list, 3), &c);
     EXPECT_EQ(list_get_element_by_number(&list, 4), nullptr);
     EXPECT_EQ(list_isinlist(&list, &b), 1);
     EXPECT_EQ(list_isinlist(&list, &d), 0);
     EXPECT_EQ(list_isinlist(&list, nullptr), 0);
-    EXPECT_EQ(list_next_elem(nullptr), nullptr);
-    EXPECT_EQ(list_prev_elem(nullptr), nullptr);
 }
 
 TEST_F(ListTest, NilArgumentsDoNothing) {
