@@ -74,13 +74,6 @@ TEST_F(Clock, MakevalueCarriesOverflowButKeepsTheFields) {
   EXPECT_EQ(clock_makevalue(nullptr), -1);
 }
 
-TEST_F(Clock, NegativeValuesAreDatesBefore1970) {
-  EXPECT_STREQ(clock_date(-86400, 0), "31.12.69");
-  clock_fields f{};
-  clock_makestruct(-86400, &f);
-  EXPECT_EQ(f.year, 69);
-}
-
 // One process-wide table: the timer tests run in one test so that the counts are known.
 TEST_F(Clock, TimersAndTheirReport) {
   const std::string title = std::string("   Zeitmessung vom ") + clock_date(0, 0) + ", ";
