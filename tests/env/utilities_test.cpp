@@ -111,8 +111,6 @@ TEST_F(EnvUtil, CopyBlock) {
   env_put_core(target, "s", nullptr, nullptr, 0);
   EXPECT_EQ(env_copy_block(target, env_, "s", "b", ENV_SINK_ADD), ENV_OK);
   EXPECT_EQ(write_string(target), "[s]\n  b ={\n    x =1\n    y ={\n      z =2\n    }\n  }\n");
-  EXPECT_EQ(env_copy_block(target, env_, "s", "empty", ENV_SINK_ADD), ENV_ERROR);
-  EXPECT_EQ(env_exist(target, "s", "empty", 1), 1);
 }
 
 TEST_F(EnvUtil, CreateSubenv) {
