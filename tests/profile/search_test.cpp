@@ -134,8 +134,6 @@ TEST_F(Search, NextAndPrevOnThreeRows) {
   EXPECT_EQ(v_[0], -1.0);
   // A prev past the first row leaves the reader at the start of the data.
   EXPECT_EQ(walk(h, "nnnnpppn"), "R 1|R 2|R 3|-1|R 2|R 1|-1|R 1");
-  EXPECT_EQ(profil_next(nullptr, v_, r_), -1);
-  EXPECT_EQ(profil_prev(nullptr, v_, r_), -1);
 }
 
 TEST_F(Search, PrevAcrossThePageBoundary) {
