@@ -52,8 +52,6 @@ TEST(ScanWords, FoldingAndUmlauts) {
   EXPECT_EQ(kinds_texts(t), (KindTexts{{SCAN_T_IDENTIFIER, "\x8e\xe1X"},
                                        {SCAN_T_IDENTIFIER, "\x8e"},
                                        {SCAN_T_EOF, " "}}));
-  t = scan_all("\x84", 0);
-  EXPECT_EQ(kinds_texts(t), (KindTexts{{SCAN_T_VOID, "\x84"}, {SCAN_T_EOF, " "}}));
 }
 
 TEST(ScanWords, OverlongWordIsCutWithStatusAndStillSearched) {
