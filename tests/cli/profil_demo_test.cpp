@@ -15,7 +15,6 @@ class Profil : public InTempDir {
                "RHS 100x50 100 50 12.5 nil\n"
                "RHS 120x60 120 60 16.4 293\n"
                "RHS 150x100 150 100 27.6 849\n");
-    write_file("catalog/BAR.PRO", "Kind Size d A\nBAR 10 10 0.785\nBAR 20 20 3.14\n");
   }
   Outcome profil(std::vector<std::string> args) {
     args.insert(args.begin(), "profil");
