@@ -47,15 +47,15 @@ def body_of(path, drop_title=True):
     text = path.read_text().strip()
     if drop_title:
         text = re.sub(r"\A# .*\n+", "", text)
-    return text.replace("\n## ", "\n### ").replace("\n### ###", "\n####")
+    text = ("\n" + text).replace("\n### ", "\n#### ").replace("\n## ", "\n### ")
+    return text.strip()
 
 
 def main():
     readme = root / "README.md"
     text = readme.read_text()
     generated = {
-        "usage": body_of(root / "docs" / "usage.md", drop_title=False).replace(
-            "## Using the `tiv` command line", "", 1).strip(),
+        "usage": re.sub(r"\A## .*\n+", "", (root / "docs" / "usage.md").read_text().strip()),
         "porting": porting(),
         "performance": body_of(root / "docs" / "performance.md"),
         "reliability": body_of(notes / "reliability.md"),
