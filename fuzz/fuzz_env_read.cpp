@@ -7,6 +7,8 @@
 #include <string>
 #include <unistd.h>
 
+#include "support/scratch_dir.h"
+
 namespace {
 
 struct Source {
@@ -31,21 +33,10 @@ int32_t count_leaf(env_handle*, const char*, char*, intptr_t user) {
   return 0;
 }
 
-// Reports go to zv.err in the current directory: keep them out of the way.
-void enter_scratch_directory() {
-  static bool done = false;
-  if (done) return;
-  done = true;
-  char pattern[] = "/tmp/tivlib-fuzz-env.XXXXXX";
-  if (const char* dir = ::mkdtemp(pattern)) {
-    if (::chdir(dir) != 0) std::abort();
-  }
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  enter_scratch_directory();
+  tiv::fuzz::enter_scratch_directory("/tmp/tivlib-fuzz-env.XXXXXX");
   env_handle* env = env_open(0, nullptr);
   Source source{data, size, 0};
   env_read(next_char, reinterpret_cast<intptr_t>(&source), env);

@@ -8,24 +8,16 @@
 #include <string>
 #include <unistd.h>
 
+#include "support/scratch_dir.h"
+
 namespace {
 
 int32_t ignore_leaf(env_handle*, const char*, char*, intptr_t) { return 0; }
 
-void enter_scratch_directory() {
-  static bool done = false;
-  if (done) return;
-  done = true;
-  char pattern[] = "/tmp/tivlib-fuzz-env.XXXXXX";
-  if (const char* dir = ::mkdtemp(pattern)) {
-    if (::chdir(dir) != 0) std::abort();
-  }
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  enter_scratch_directory();
+  tiv::fuzz::enter_scratch_directory("/tmp/tivlib-fuzz-env.XXXXXX");
   if (size == 0) return 0;
   static const char* const kDelimiters[] = {"@", "/", "@.", "::"};
   char* saved = env_set_delimiter(kDelimiters[data[0] % 4]);
