@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <tivlib/ini.h>
 
@@ -162,6 +163,33 @@ TEST_F(IniRead, RwFamilyGuardsNilArguments) {
   int32_t l = 12;
   EXPECT_EQ(ini_rw_long(1, "a.ini", "s", "l", &l), INI_OK);
   EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=2.5\n");
+}
+
+// The flag picks the direction: a read fills the caller's buffer or array, a write puts the
+// buffer or the first *count items into the file.
+TEST_F(IniRead, RwStringAndDoublesInBothDirections) {
+  write_file("a.ini", "[s]\nt= old\nds=1,,2.5\n");
+  char buf[8] = "";
+  int32_t size = 7;
+  EXPECT_EQ(ini_rw_string(0, "a.ini", "s", "t", buf, &size), INI_OK);
+  EXPECT_STREQ(buf, " old");
+  EXPECT_EQ(size, 7);
+  double ds[4] = {9, 9, 9, 9};
+  int32_t count = 4;
+  EXPECT_EQ(ini_rw_doubles(0, "a.ini", "s", "ds", ds, &count), INI_OK);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(std::vector<double>(ds, ds + 4), (std::vector<double>{1, 0, 2.5, 9}));
+  EXPECT_EQ(ini_rw_doubles(0, "a.ini", "s", "none", ds, &count), INI_NO_ENTRY);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(ini_rw_doubles(1, "a.ini", "s", "ds", nullptr, &count), INI_TOO_SMALL);
+  EXPECT_EQ(ini_rw_doubles(1, "a.ini", "s", "ds", ds, nullptr), INI_TOO_SMALL);
+
+  std::strcpy(buf, "new");
+  EXPECT_EQ(ini_rw_string(1, "a.ini", "s", "t", buf, nullptr), INI_OK);
+  double w[] = {0.5, 1e-7, 3, 4};
+  count = 3;
+  EXPECT_EQ(ini_rw_doubles(1, "a.ini", "s", "w", w, &count), INI_OK);
+  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nt=new\nds=1,,2.5\nw=0.5,1e-07,3\n");
 }
 
 }  // namespace

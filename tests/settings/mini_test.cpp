@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstring>
 #include <string>
+#include <vector>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <tivlib/ini.h>
 #include <tivlib/mini.h>
 
+#include "rows.h"
 #include "settings_test_util.h"
 
 namespace {
@@ -75,6 +77,123 @@ TEST_F(Mini, ReadsSetTheSizeAndKeepCountsOnFailure) {
   EXPECT_EQ(mini_read_string(nullptr, "s", "ten", buf, &size), INI_ERROR);
   EXPECT_EQ(mini_read_string(h, "none", "ten", buf, &size), INI_NO_SECTION);
   EXPECT_EQ(mini_read_string(h, "s", "none", buf, &size), INI_NO_ENTRY);
+  mini_close(&h);
+}
+
+// Number reads take the value from memory with the section trimmed; the out value changes only
+// on success, and a failed list read keeps the count (the direct reads set it to 0).
+TEST_F(Mini, NumberReads) {
+  write_file("a.ini", "[s]\nn= 42\nls=1,,3\nend=1,2,\nempty=\n");
+  mini_file* h = mini_open(nullptr, "a.ini", 0);
+  ASSERT_NE(h, nullptr);
+  struct One { mini_file* h; const char *section, *entry; int32_t code; double value; };
+  for (const One& r : {One{h, " s ", "n", INI_OK, 42}, {h, "s", "empty", INI_OK, 0},
+                       {h, "s", "none", INI_NO_ENTRY, -1}, {h, "t", "n", INI_NO_SECTION, -1},
+                       {h, "s", nullptr, INI_NO_ENTRY, -1}, {nullptr, "s", "n", INI_ERROR, -1}}) {
+    SCOPED_TRACE(r.value);
+    int32_t l = -1;
+    double d = -1;
+    EXPECT_EQ(mini_read_long(r.h, r.section, r.entry, &l), r.code);
+    EXPECT_EQ(mini_read_double(r.h, r.section, r.entry, &d), r.code);
+    EXPECT_EQ(std::vector<double>({static_cast<double>(l), d}), std::vector<double>(2, r.value));
+  }
+  EXPECT_EQ(mini_read_long(h, "s", "n", nullptr), INI_TOO_SMALL);
+  EXPECT_EQ(mini_read_double(h, "s", "n", nullptr), INI_TOO_SMALL);
+
+  // items: the whole array of 4, 9 where nothing was stored.
+  struct List { const char* entry; int32_t room, code, count; std::vector<double> items; };
+  for (const List& r : {List{"ls", 4, INI_OK, 3, {1, 0, 3, 9}}, {"end", 4, INI_OK, 2, {1, 2, 9, 9}},
+                        {"ls", 2, INI_TOO_SMALL, 2, {1, 0, 9, 9}}, {"empty", 4, 0, 0, {9, 9, 9, 9}},
+                        {"none", 4, INI_NO_ENTRY, 4, {9, 9, 9, 9}},
+                        {nullptr, 4, INI_NO_ENTRY, 4, {9, 9, 9, 9}}}) {
+    SCOPED_TRACE(r.entry != nullptr ? r.entry : "nil");
+    int32_t l[4] = {9, 9, 9, 9}, nl = r.room, nd = r.room;
+    double d[4] = {9, 9, 9, 9};
+    EXPECT_EQ(mini_read_longs(h, "s", r.entry, l, &nl), r.code);
+    EXPECT_EQ(mini_read_doubles(h, "s", r.entry, d, &nd), r.code);
+    EXPECT_EQ(std::vector<int32_t>({nl, nd}), std::vector<int32_t>(2, r.count));
+    EXPECT_EQ(std::vector<double>(l, l + 4), r.items);
+    EXPECT_EQ(std::vector<double>(d, d + 4), r.items);
+  }
+  int32_t l[1], n = 1;
+  double d[1];
+  EXPECT_EQ(mini_read_longs(h, "s", "ls", nullptr, &n), INI_TOO_SMALL);
+  EXPECT_EQ(mini_read_longs(h, "s", "ls", l, nullptr), INI_TOO_SMALL);
+  EXPECT_EQ(mini_read_doubles(h, "s", "ls", nullptr, &n), INI_TOO_SMALL);
+  EXPECT_EQ(mini_read_doubles(h, "s", "ls", d, nullptr), INI_TOO_SMALL);
+  EXPECT_EQ(mini_read_doubles(nullptr, "s", "ls", d, &n), INI_ERROR);
+  mini_close(&h);
+}
+
+// The rw forms store in memory (a double in "%lg" form) and read back from memory; the file
+// follows at the close.
+TEST_F(Mini, RwFamilyWritesMemoryAndReadsItBack) {
+  mini_file* h = mini_open(nullptr, "a.ini", 0);
+  ASSERT_NE(h, nullptr);
+  char text[8] = "text";
+  int32_t l = -7, ls[3] = {1, -2, 3}, three = 3, two = 2;
+  double d = 1.5, ds[3] = {0.5, 2, 9};
+  EXPECT_EQ(mini_rw_string(1, h, "s", " t ", text, nullptr), INI_OK);
+  EXPECT_EQ(mini_rw_long(1, h, "s", "l", &l), INI_OK);
+  EXPECT_EQ(mini_rw_double(1, h, "s", "d", &d), INI_OK);
+  EXPECT_EQ(mini_rw_longs(1, h, "s", "ls", ls, &three), INI_OK);
+  EXPECT_EQ(mini_rw_doubles(1, h, "s", "ds", ds, &two), INI_OK);
+  EXPECT_EQ(mini_rw_string(1, h, "s", "t", nullptr, nullptr), INI_TOO_SMALL);
+  for (int32_t write : {0, 1}) {
+    EXPECT_EQ(mini_rw_long(write, h, "s", "l", nullptr), INI_TOO_SMALL);
+    EXPECT_EQ(mini_rw_double(write, h, "s", "d", nullptr), INI_TOO_SMALL);
+    EXPECT_EQ(mini_rw_longs(write, h, "s", "ls", nullptr, &three), INI_TOO_SMALL);
+    EXPECT_EQ(mini_rw_longs(write, h, "s", "ls", ls, nullptr), INI_TOO_SMALL);
+    EXPECT_EQ(mini_rw_doubles(write, h, "s", "ds", nullptr, &two), INI_TOO_SMALL);
+    EXPECT_EQ(mini_rw_doubles(write, h, "s", "ds", ds, nullptr), INI_TOO_SMALL);
+  }
+  EXPECT_FALSE(file_exists("a.ini"));
+
+  char back[8] = "";
+  int32_t size = 7, l2 = 0, ls2[3] = {}, nl = 3, nd = 3;
+  double d2 = 0, ds2[3] = {};
+  EXPECT_EQ(mini_rw_string(0, h, " s ", "t", back, &size), INI_OK);
+  EXPECT_EQ(std::string(back) + "/" + std::to_string(size), "text/4");
+  EXPECT_EQ(mini_rw_long(0, h, "s", "l", &l2), INI_OK);
+  EXPECT_EQ(mini_rw_double(0, h, "s", "d", &d2), INI_OK);
+  EXPECT_EQ(mini_rw_longs(0, h, "s", "ls", ls2, &nl), INI_OK);
+  EXPECT_EQ(mini_rw_doubles(0, h, "s", "ds", ds2, &nd), INI_OK);
+  EXPECT_EQ(std::vector<double>({static_cast<double>(l2), d2}), (std::vector<double>{-7, 1.5}));
+  EXPECT_EQ(std::vector<int32_t>(ls2, ls2 + nl), (std::vector<int32_t>{1, -2, 3}));
+  EXPECT_EQ(std::vector<double>(ds2, ds2 + nd), (std::vector<double>{0.5, 2}));
+  EXPECT_EQ(mini_close(&h), 1);
+  EXPECT_EQ(read_file("a.ini"), "[s]\nt=text\nl=-7\nd=1.5\nls=1,-2,3\nds=0.5,2");
+}
+
+// Never nil: with a buffer, an empty buffer on any failure; without one, the stored value
+// itself, found by the section name as passed (untrimmed).
+TEST_F(Mini, GetString) {
+  write_file("a.ini", "[s]\ne= v\n");
+  mini_file* h = mini_open(nullptr, "a.ini", 0);
+  ASSERT_NE(h, nullptr);
+  struct Row { mini_file* h; const char *section, *entry, *want; int32_t size, size_after; };
+  for (const Row& r : {Row{h, " s ", "e", " v", 7, 2}, {h, "s", "e", "", 1, 1},
+                       {h, "s", "none", "", 7, 7}, {h, "t", "e", "", 7, 7},
+                       {nullptr, "s", "e", "", 7, 7}}) {
+    SCOPED_TRACE(std::string(r.section) + "/" + r.entry);
+    char buf[8] = "junk";
+    int32_t size = r.size;
+    EXPECT_EQ(mini_get_string(r.h, r.section, r.entry, buf, &size), buf);
+    EXPECT_STREQ(buf, r.want);
+    EXPECT_EQ(size, r.size_after);
+  }
+  const char* stored = mini_get_string(h, "s", "e", nullptr, nullptr);
+  EXPECT_STREQ(stored, " v");
+  EXPECT_EQ(mini_get_string(h, "s", "e", nullptr, nullptr), stored);
+  for (const auto& [section, entry] : tiv::test::Rows<const char*, const char*>{
+           {" s ", "e"}, {nullptr, "e"}, {"s", nullptr}, {"s", "none"}, {"t", "e"}}) {
+    const char* p = mini_get_string(h, section, entry, nullptr, nullptr);
+    ASSERT_NE(p, nullptr);
+    EXPECT_STREQ(p, "");
+  }
+  EXPECT_STREQ(mini_get_string(nullptr, "s", "e", nullptr, nullptr), "");
+  EXPECT_EQ(mini_write_string(h, "s", "e", "w"), INI_OK);
+  EXPECT_STREQ(mini_get_string(h, "s", "e", nullptr, nullptr), "w");
   mini_close(&h);
 }
 
