@@ -4,6 +4,7 @@
 #include <clocale>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "env_test_util.h"
 
@@ -136,6 +137,54 @@ TEST_F(EnvValues, Lists) {
   put("v", "7,8,9,x");  // too many and bad: the grammar wins
   count = 2;
   EXPECT_EQ(env_get_longs(env_, "s", "v", 1, &count, l), ENV_BAD_FORMAT);
+}
+
+TEST_F(EnvValues, GetStringCopiesTheWholeTextOrEmptiesTheBuffer) {
+  EXPECT_EQ(env_put_string(env_, "s", "a", " a b,c "), ENV_OK);
+  EXPECT_EQ(env_put_string(env_, "s", "a", nullptr), ENV_ERROR);
+  env_put_external(env_, "s", "e", 1);
+  char out[8] = "zzzzzzz";
+  EXPECT_EQ(env_get_string(env_, "s", "a", 1, 8, out), 5);
+  EXPECT_STREQ(out, " a b,c ");  // no grammar: blanks and commas stay
+  Root child{7, env_};
+  EXPECT_EQ(env_get_string(child, "s", "a", 1, 8, out), 5);  // the parent answered
+  for (const auto& [path, size, want] : {std::tuple{"a", 7, ENV_TOO_SMALL}, {"missing", 8, ENV_NOT_FOUND},
+                                         {"e", 8, ENV_IS_DATA}, {nullptr, 8, ENV_IS_DATA}}) {
+    std::strcpy(out, "zzzzzzz");
+    EXPECT_EQ(env_get_string(env_, "s", path, 1, size, out), want) << path;
+    EXPECT_STREQ(out, "") << path;
+  }
+  EXPECT_EQ(env_get_string(nullptr, "s", "a", 1, 8, out), ENV_ERROR);
+}
+
+TEST_F(EnvValues, GetStringsFillsTheCallersBuffers) {
+  char b[3][4] = {"", "", ""};
+  char* slots[3] = {b[0], b[1], b[2]};
+  int32_t count = 3;
+  put("w", " ab , c1,Z \nx y");
+  EXPECT_EQ(env_get_strings(env_, "s", "w", 1, &count, 4, slots), 5);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(std::string(b[0]) + "|" + b[1] + "|" + b[2], "ab|c1|Z");
+  // Letters and digits only; a word of size characters, too many words, a slot of none.
+  for (const auto& [text, n, want] : {std::tuple{"a_b", 3, ENV_BAD_FORMAT}, {"a b", 3, ENV_BAD_FORMAT},
+                                      {"a,,b", 3, ENV_BAD_FORMAT}, {"", 3, ENV_BAD_FORMAT},
+                                      {"abc,abcd", 3, ENV_TOO_SMALL}, {"a,b,c,d", 3, ENV_TOO_SMALL},
+                                      {"a,b,c,d,-", 3, ENV_BAD_FORMAT}, {"p,q", 1, ENV_TOO_SMALL}}) {
+    put("w", text);
+    count = n;
+    EXPECT_EQ(env_get_strings(env_, "s", "w", 1, &count, 4, slots), want) << text;
+    EXPECT_EQ(count, 0) << text;
+  }
+  EXPECT_EQ(std::string(b[0]) + "|" + b[1] + "|" + b[2], "p|b|c");  // written before the failure
+  slots[1] = nullptr;
+  put("w", "a,b");
+  count = 3;
+  EXPECT_EQ(env_get_strings(env_, "s", "w", 1, &count, 4, slots), ENV_TOO_SMALL);
+  count = 3;
+  EXPECT_EQ(env_get_strings(env_, "s", "none", 1, &count, 4, slots), ENV_NOT_FOUND);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(env_get_strings(env_, "s", "w", 1, nullptr, 4, slots), ENV_ERROR);
+  EXPECT_EQ(log_text(), error_record("Nil parametr", "Env_pg"));
 }
 
 TEST_F(EnvValues, TypedWritesInTheCLocale) {

@@ -142,6 +142,33 @@ TEST_F(EnvUtil, CreatePath) {
   EXPECT_EQ(env_create_path(0, buffer, "a", nullptr), ENV_TOO_SMALL);
 }
 
+TEST_F(EnvUtil, CreateArrayPath) {
+  // Joined with the delimiter's first character; a path of size - 1 characters fits, and
+  // whatever doesn't fit, a name or a joint, leaves an empty buffer and -7.
+  const std::vector<const char*> ab_c{"ab", "c", nullptr}, abc_d{"abc", "d", nullptr},
+      abc{"abc", nullptr}, none{nullptr}, gap{"a", "", "b", nullptr};
+  const struct {
+    int32_t size;
+    const std::vector<const char*>& names;
+    int32_t want;
+    const char* path;
+  } rows[] = {{5, ab_c, ENV_OK, "ab@c"}, {4, ab_c, ENV_TOO_SMALL, ""}, {4, abc_d, ENV_TOO_SMALL, ""},
+              {4, abc, ENV_OK, "abc"},   {3, abc, ENV_TOO_SMALL, ""},   {8, none, ENV_OK, ""},
+              {8, gap, ENV_OK, "a@@b"},  {1, abc, ENV_TOO_SMALL, ""},   {1, none, ENV_OK, ""}};
+  for (const auto& r : rows) {
+    char buffer[8] = "keep";
+    EXPECT_EQ(env_create_array_path(r.size, buffer, r.names.data()), r.want) << r.size;
+    EXPECT_STREQ(buffer, r.path) << r.size;
+  }
+  char buffer[8] = "keep";
+  EXPECT_EQ(env_create_array_path(0, buffer, ab_c.data()), ENV_TOO_SMALL);
+  const std::string saved = env_set_delimiter(nullptr);
+  env_set_delimiter("/.");
+  EXPECT_EQ(env_create_array_path(8, buffer, ab_c.data()), ENV_OK);
+  env_set_delimiter(saved.c_str());
+  EXPECT_STREQ(buffer, "ab/c");
+}
+
 TEST_F(EnvUtil, ListElementNames) {
   ASSERT_EQ(read_string(env_, "[s]\na =1\nb ={\n}\na =2\n[t]\n"), ENV_OK);
   char buffer[16];

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "frame_test_util.h"
 
@@ -118,6 +119,25 @@ TEST_F(Log, DefaultBoxIsOneTrimmedLineOnStandardError) {
   zv_clear_quit_request();
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "MISSMATCH WITH BEGIN-END-BRACKET: END without BEGIN!\nEXIT : line one line two\n");
+}
+
+TEST_F(Log, BeepsGoToTheHostHandlerWithItsWordAndDelaysReturnAtOnce) {
+  std::vector<intptr_t> heard;
+  const auto word = reinterpret_cast<intptr_t>(&heard);
+  zv_set_beep_handler(
+      [](intptr_t user) { reinterpret_cast<std::vector<intptr_t>*>(user)->push_back(user); }, word);
+  zv_beep();
+  zv_tone();
+  zv_wait();
+  zv_pause();
+  EXPECT_EQ(heard, (std::vector<intptr_t>{word, word}));
+  zv_set_beep_handler(nullptr, 0);
+  testing::internal::CaptureStderr();
+  zv_beep();
+  zv_tone();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(heard.size(), 2u);
+  EXPECT_FALSE(file_exists("zv.err"));  // neither a beep nor a delay is a report
 }
 
 // These need a process in its start state: no report yet, trace on.

@@ -51,6 +51,39 @@ TEST(StrCopy, PcatLeavesDstAloneOnBadRanges) {
   }
 }
 
+TEST(StrCopy, NcatAppendsAtMostNAndATerminator) {
+  // n is 16 bits wide: a count of 0 or below appends nothing.
+  const struct {
+    const char* src;
+    int16_t n;
+    const char* want;
+  } rows[] = {{"abc", 2, "xyab"}, {"abc", 9, "xyabc"}, {"abc", 0, "xy"}, {"abc", -1, "xy"},
+              {"", 3, "xy"}, {nullptr, 3, "xy"}};
+  for (const auto& r : rows) {
+    Buffer b("xy");
+    EXPECT_EQ(str_ncat(b.bytes, r.src, r.n), b.bytes);
+    const std::size_t n = std::strlen(r.want);
+    EXPECT_EQ(std::string(b.bytes, n + 2), std::string(r.want) + std::string("\0#", 2)) << r.n;
+  }
+}
+
+TEST(StrSearch, FirstAndLastCharacterAsAddressOrIndex) {
+  const char* s = "abcabc";
+  EXPECT_EQ(str_rchr(s, 'b'), s + 4);
+  EXPECT_EQ(str_rchr(s, 'z'), nullptr);
+  EXPECT_EQ(str_rchr(nullptr, 'a'), nullptr);
+  const struct {
+    const char* s;
+    char c;
+    int32_t first, last;
+  } rows[] = {{s, 'a', 0, 3}, {s, 'c', 2, 5}, {s, 'z', -1, -1}, {"", 'a', -1, -1},
+              {nullptr, 'a', -1, -1}};
+  for (const auto& r : rows) {
+    EXPECT_EQ(str_ichr(r.s, r.c), r.first) << r.c;
+    EXPECT_EQ(str_irchr(r.s, r.c), r.last) << r.c;
+  }
+}
+
 TEST(StrCompare, ExactlyMinusOneZeroOneAsUnsignedBytes) {
   using Compare = int32_t (*)(const char*, const char*);
   // Bytes above 0x7F sort behind ASCII; no case folding beyond A to Z.
