@@ -96,9 +96,7 @@ TEST_F(IniRead, NumberLists) {
   int32_t count = 4;
   EXPECT_EQ(ini_read_longs("a.ini", "s", "a", l, &count), INI_OK);
   EXPECT_EQ(count, 3);
-  EXPECT_EQ(l[0], 1);
-  EXPECT_EQ(l[1], 0);
-  EXPECT_EQ(l[2], 3);
+  EXPECT_EQ(std::vector<int32_t>(l, l + 4), (std::vector<int32_t>{1, 0, 3, 9}));
   count = 4;
   EXPECT_EQ(ini_read_longs("a.ini", "s", "b", l, &count), INI_OK);
   EXPECT_EQ(count, 2);

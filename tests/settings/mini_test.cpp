@@ -77,6 +77,9 @@ TEST_F(Mini, ReadsSetTheSizeAndKeepCountsOnFailure) {
   EXPECT_EQ(mini_read_string(nullptr, "s", "ten", buf, &size), INI_ERROR);
   EXPECT_EQ(mini_read_string(h, "none", "ten", buf, &size), INI_NO_SECTION);
   EXPECT_EQ(mini_read_string(h, "s", "none", buf, &size), INI_NO_ENTRY);
+  size = 20;  // a nil entry lists the names, each behind its terminator, and one more
+  EXPECT_EQ(mini_read_string(h, " s ", nullptr, buf, &size), INI_OK);
+  EXPECT_EQ(std::string(buf, 12) + std::to_string(size), std::string("ten\0l\0d\0ls\0\0" "11", 14));
   mini_close(&h);
 }
 
@@ -273,6 +276,17 @@ TEST_F(Mini, DeletesAndRenamesInLoadedSections) {
   EXPECT_EQ(get(h, "u", "x"), "1");
   mini_close(&h);
   EXPECT_EQ(read_file("a.ini"), "[s]\nz=1\nc=3\n\n[u]\nx=1");
+
+  // Deleting a loaded section unloads it and changes the file at once; 0 even when the file
+  // doesn't hold it.
+  h = mini_open(nullptr, "a.ini", MINI_LOAD_ALL);
+  EXPECT_EQ(mini_write_string(h, "mem", "k", "1"), INI_OK);
+  EXPECT_EQ(mini_delete_section(h, " mem "), INI_OK);
+  EXPECT_EQ(mini_delete_section(h, "u"), INI_OK);
+  EXPECT_EQ(read_file("a.ini"), "[s]\nz=1\nc=3\n");
+  EXPECT_EQ(get(h, "u", "x"), "<none>");
+  mini_close(&h);
+  EXPECT_EQ(read_file("a.ini"), "[s]\nz=1\nc=3");
 }
 
 TEST_F(Mini, LoadAllReportsEmptyHeadersAndKeepsRepeatedSections) {
