@@ -159,8 +159,10 @@ TEST_F(IniRead, RwFamilyGuardsNilArguments) {
   int32_t one[1];
   EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", one, nullptr), INI_TOO_SMALL);
   int32_t l = 12;
+  double d = 1.5;
   EXPECT_EQ(ini_rw_long(1, "a.ini", "s", "l", &l), INI_OK);
-  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=2.5\n");
+  EXPECT_EQ(ini_rw_double(1, "a.ini", "s", "d", &d), INI_OK);
+  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=1.500000\n");
 }
 
 // The flag picks the direction: a read fills the caller's buffer or array, a write puts the

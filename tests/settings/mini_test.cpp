@@ -257,6 +257,7 @@ TEST_F(Mini, DeletesAndRenamesOfSectionsNotLoadedGoToTheFile) {
   EXPECT_EQ(mini_delete_section(h, "tt"), INI_OK);
   EXPECT_EQ(read_file("a.ini"), "[s]\nbb=2\n");
   EXPECT_EQ(mini_rename_section(h, "s", "   "), INI_EMPTY_NAME);
+  EXPECT_EQ(mini_rename_entry(h, "s", "bb", " "), INI_EMPTY_NAME);
   EXPECT_EQ(mini_rename_section(h, nullptr, "x"), INI_NO_ENTRY);
   EXPECT_EQ(mini_delete_entry(h, "s", nullptr), INI_NO_ENTRY);
   EXPECT_EQ(mini_delete_entry(nullptr, "s", "a"), INI_ERROR);
