@@ -2,9 +2,11 @@
 #include <tivlib/env.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "env_test_util.h"
+#include "rows.h"
 
 namespace tiv::test {
 namespace {
@@ -43,6 +45,22 @@ TEST_F(EnvElements, InsertOnSubEnvironmentAndSections) {
   EXPECT_EQ(env_insert_before(empty, "s", nullptr, "v"), ENV_NOT_FOUND);
 }
 
+TEST_F(EnvElements, NilTextsWhereOneIsNeededAreReported) {
+  env_handle* section = env_open_subenv(env_, "s", nullptr, 1);
+  EXPECT_EQ(env_insert_before(env_, nullptr, nullptr, "n"), ENV_ERROR);
+  EXPECT_EQ(env_delete(env_, nullptr, nullptr), ENV_ERROR);
+  EXPECT_EQ(env_insert_before(env_, "s", "a", nullptr), ENV_ERROR);
+  EXPECT_EQ(env_insert_before(section, nullptr, nullptr, "n"), ENV_ERROR);  // a section has no list
+  EXPECT_EQ(env_count_path(env_, "s", nullptr, 1), ENV_BAD_PATH);
+  EXPECT_EQ(env_traverse(env_, "s", nullptr, 1, nullptr, 0), ENV_ERROR);
+  env_close(section, 0);
+  EXPECT_EQ(write_string(env_), "[s]\n  a =1\n  b ={\n  }\n  a =2\n[t]\n");
+  EXPECT_EQ(log_text(), error_record("bypass Nil section") + error_record("bypass Nil section") +
+                            error_record("Nil parametr") + error_record("Unexpected nil") +
+                            error_record("Unexpected nil path") +
+                            error_record("Can not separate path") + error_record("Nil parametr"));
+}
+
 TEST_F(EnvElements, DeleteKeepsTheListWhole) {
   EXPECT_EQ(env_delete(env_, "s", "a@2"), ENV_OK);  // the last child
   env_put(env_, "s", "c@2", "3");                      // appends behind b
@@ -65,11 +83,10 @@ TEST_F(EnvElements, DeleteKeepsTheListWhole) {
 }
 
 TEST_F(EnvElements, CheckAndExist) {
-  EXPECT_EQ(env_check(env_, nullptr, nullptr, 1), ENV_IS_BLOCK);
-  EXPECT_EQ(env_check(env_, "t", nullptr, 1), ENV_IS_BLOCK);
-  EXPECT_EQ(env_check(env_, "s", "b", 1), ENV_IS_BLOCK);
-  EXPECT_EQ(env_check(env_, "s", "a", 1), ENV_IS_DATA);
-  EXPECT_EQ(env_check(env_, "s", "@", 1), ENV_NOT_FOUND);
+  for (const auto& [address, want] : Rows<std::pair<const char*, const char*>, int32_t>{
+           {{nullptr, nullptr}, ENV_IS_BLOCK}, {{"t", nullptr}, ENV_IS_BLOCK},
+           {{"s", "b"}, ENV_IS_BLOCK}, {{"s", "a"}, ENV_IS_DATA}, {{"s", "@"}, ENV_NOT_FOUND}})
+    EXPECT_EQ(env_check(env_, address.first, address.second, 1), want) << address.second;
   env_handle* t = env_open_subenv(env_, "t", nullptr, 1);
   EXPECT_EQ(env_check(t, nullptr, nullptr, 1), ENV_NOT_FOUND);  // an empty block
   EXPECT_EQ(env_exist_block(t, nullptr, nullptr, 1), 0);

@@ -98,6 +98,11 @@ TEST_F(EnvText, WriterBreaksLongLinesAtColumnSixty) {
   env_put_core(top, std::string(130, 's').c_str(), nullptr, nullptr, 0);
   EXPECT_EQ(write_string(top), "[" + std::string(58, 's') + "\\\n" + std::string(60, 's') + "\\\n" +
                                    std::string(12, 's') + "]\n");
+  env_put(env_, "s", "b@c@name", std::string(130, 'n').c_str());
+  for (env_handle* env : {env_.get(), top.get()}) {  // the file writer breaks at the same places
+    env_write_file("long.env", env);
+    EXPECT_EQ(read_file("long.env"), write_string(env));
+  }
 }
 
 TEST_F(EnvText, ExternalElementsHaveNoTextForm) {
@@ -116,9 +121,10 @@ TEST_F(EnvText, NilAndSubEnvironmentHandles) {
   EXPECT_EQ(read_string(sub, "[t]\n"), ENV_ERROR);
   EXPECT_EQ(write_string(sub), "");
   env_close(sub, 0);
+  env_write(nullptr, 0, env_);
   EXPECT_EQ(get_text(env_, "s", "a"), "1");
   EXPECT_EQ(log_text(), error_record("Nil parametr") + error_record("can not read subenv") +
-                            error_record("can not write subenv"));
+                            error_record("can not write subenv") + error_record("Nil parametr"));
 }
 
 std::string nested(int depth, bool closed) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "env_test_util.h"
+#include "rows.h"
 
 namespace tiv::test {
 namespace {
@@ -59,10 +60,10 @@ TEST_F(EnvTree, PathOfDelimitersOnlyIsReportedAndStoresNothing) {
 
 TEST_F(EnvTree, PositionsCountAmongTheirNameAndZeroTakesTheFirstChild) {
   ASSERT_EQ(read_string(env_, "[s]\nx =0\nwall ={\nh =1\n}\nwall ={\nh =2\nh =3\n}\n"), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "wall@2@h"), "2");
-  EXPECT_EQ(get_text(env_, "s", "wall@2@h@2"), "3");
-  EXPECT_EQ(get_text(env_, "s", "wall@h@2"), "<-4>");
-  EXPECT_EQ(get_text(env_, "s", "wall@0"), "0");  // the first child, whatever its name
+  // wall@0 is the first child, whatever its name.
+  for (const auto& [path, want] : Rows<const char*, const char*>{
+           {"wall@2@h", "2"}, {"wall@2@h@2", "3"}, {"wall@h@2", "<-4>"}, {"wall@0", "0"}})
+    EXPECT_EQ(get_text(env_, "s", path), want) << path;
   const char* name = nullptr;
   EXPECT_EQ(env_get_core(env_, "s", "wall@2@h@0", 1, 0, nullptr, &name, nullptr, nullptr), ENV_IS_DATA);
   EXPECT_STREQ(name, "h");
@@ -76,10 +77,9 @@ TEST_F(EnvTree, SearchIsBreadthFirstAndCountsPositionsPerBlock) {
                         "a ={\n  deep ={\n    k =deepest\n  }\n  k =a1\n}\n"
                         "b ={\n  k =b1\n  k =b2\n}\n"),
             ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "k", 0), "a1");
-  EXPECT_EQ(get_text(env_, "s", "k@2", 0), "b2");
-  EXPECT_EQ(get_text(env_, "s", "deep@k", 0), "deepest");
-  EXPECT_EQ(get_text(env_, "s", "k@3", 0), "<-4>");
+  for (const auto& [path, want] : Rows<const char*, const char*>{
+           {"k", "a1"}, {"k@2", "b2"}, {"deep@k", "deepest"}, {"k@3", "<-4>"}})
+    EXPECT_EQ(get_text(env_, "s", path, 0), want) << path;
   EXPECT_EQ(get_text(env_, "s", "k", 1), "<-4>");
 }
 

