@@ -154,6 +154,7 @@ TEST_F(EnvUtil, CreateSubenv) {
   EXPECT_EQ(env_check(env_, "new", nullptr, 1), ENV_IS_BLOCK);
   env_close(section, 0);
   EXPECT_EQ(env_create_subenv(nullptr, "s", nullptr), nullptr);
+  EXPECT_EQ(log_text(), error_record("Nil parametr") + error_record("Nil parametr"));
 }
 
 TEST_F(EnvUtil, CreatePath) {
