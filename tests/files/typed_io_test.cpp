@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include <tivlib/fio.h>
 
 #include "files/handle.h"
 #include "files_test_util.h"
+#include "rows.h"
 
 namespace tiv::test {
 namespace {
@@ -35,7 +37,6 @@ TEST_F(TypedIo, ValuesGoToTheFileInHostOrder) {
             kHeader + bytes({0, 0, 0, 0, 0, 0, 0xf8, 0x3f, 0, 0, 0, 0xc0, 4, 3, 2, 1, 0xfe, 0xff, 0xff}));
 
   h = fio_open(nullptr, "v.bin", FIO_READ | FIO_HEADER);
-  ASSERT_NE(h, nullptr);
   double d = 0;
   float f = 0;
   int32_t l = 0;
@@ -46,11 +47,7 @@ TEST_F(TypedIo, ValuesGoToTheFileInHostOrder) {
   EXPECT_EQ(fio_getlong(h, &l), 0);
   EXPECT_EQ(fio_getshort(h, &s), 0);
   EXPECT_EQ(fio_getchar(h, &c), 0);
-  EXPECT_EQ(d, 1.5);
-  EXPECT_EQ(f, -2.0f);
-  EXPECT_EQ(l, 0x01020304);
-  EXPECT_EQ(s, -2);
-  EXPECT_EQ(c, '\xff');
+  EXPECT_EQ(std::tuple(d, f, l, s, c), std::tuple(1.5, -2.0f, 0x01020304, int16_t{-2}, '\xff'));
   EXPECT_EQ(fio_getchar(h, &c), -1);
   EXPECT_EQ(fio_getdouble(h, &d), -1);
   EXPECT_EQ(fio_close(h), 0);
@@ -111,7 +108,7 @@ TEST_F(TypedIo, TextHandlesRefuseDoublesAndLongsSilently) {
   EXPECT_FALSE(file_exists("zv.err"));
 }
 
-TEST_F(TypedIo, NilHandlesGiveMinusOneAndReadToBufZero) {
+TEST_F(TypedIo, NilHandlesGiveMinusOneOrNilAndReadToBufZero) {
   double d;
   int32_t l;
   char c;
@@ -126,6 +123,13 @@ TEST_F(TypedIo, NilHandlesGiveMinusOneAndReadToBufZero) {
   EXPECT_EQ(fio_getstring(nullptr, 4, buffer), -1);
   EXPECT_EQ(fio_getstringdel(nullptr, 4, ";", buffer), -1);
   EXPECT_EQ(fio_read_to_buf(buffer, 1, 4, nullptr), 0);
+  EXPECT_EQ(fio_close(nullptr), 0);
+  EXPECT_EQ(fio_length(nullptr), -1);
+  EXPECT_EQ(fio_seek(nullptr, 0, 0), -1);
+  EXPECT_EQ(fio_tell(nullptr), -1);
+  EXPECT_EQ(fio_flush(nullptr), -1);
+  EXPECT_EQ(fio_filename(nullptr), nullptr);
+  EXPECT_EQ(fio_fp(nullptr), nullptr);
   EXPECT_FALSE(file_exists("zv.err"));
 }
 
@@ -145,12 +149,9 @@ TEST_F(TypedIo, AppendWithForeignOrderIsRefusedWithItsOwnText) {
 TEST_F(TypedIo, PutstringFields) {
   fio_handle* h = fio_open(nullptr, "s.txt", FIO_WRITE);
   ASSERT_NE(h, nullptr);
-  EXPECT_EQ(fio_putstring(h, "abc", 5), 0);
-  EXPECT_EQ(fio_putstring(h, "abc", 2), 0);
-  EXPECT_EQ(fio_putstring(h, "abc", 0), 0);
-  EXPECT_EQ(fio_putstring(h, "", 3), 0);
-  EXPECT_EQ(fio_putstring(h, "xyz", -4), 0);
-  EXPECT_EQ(fio_putstring(h, "", 0), 0);
+  for (const auto& [text, width] : Rows<const char*, int32_t>{{"abc", 5}, {"abc", 2}, {"abc", 0},
+                                                                {"", 3}, {"xyz", -4}, {"", 0}})
+    EXPECT_EQ(fio_putstring(h, text, width), 0) << width;
   EXPECT_EQ(fio_close(h), 0);
   EXPECT_EQ(read_file("s.txt"), "abc  ababc   xyz");
 }
@@ -160,25 +161,14 @@ TEST_F(TypedIo, GetstringLines) {
   ASSERT_NE(h, nullptr);
   char b[8];
   EXPECT_EQ(fio_getstring(h, 0, b), -1);
-  EXPECT_EQ(fio_getstring(h, 7, b), 0);
-  EXPECT_STREQ(b, "one");
-  EXPECT_EQ(fio_getstring(h, 7, b), 0);
-  EXPECT_STREQ(b, "");
-  EXPECT_EQ(fio_getstring(h, 4, b), 0);  // exactly maxlen: the line end stays
-  EXPECT_STREQ(b, "abcd");
-  EXPECT_EQ(fio_getstring(h, 4, b), 0);
-  EXPECT_STREQ(b, "");
-  EXPECT_EQ(fio_getstring(h, 7, b), 0);  // a zero byte ends the read
-  EXPECT_STREQ(b, "xy");
-  EXPECT_EQ(fio_getstring(h, 7, b), 0);
-  EXPECT_STREQ(b, "z");
-  EXPECT_EQ(fio_getstring(h, 2, b), 0);  // a longer line arrives in pieces
-  EXPECT_STREQ(b, "la");
-  EXPECT_EQ(fio_getstring(h, 7, b), 0);
-  EXPECT_STREQ(b, "st");
-  std::strcpy(b, "junk");
-  EXPECT_EQ(fio_getstring(h, 7, b), -1);
-  EXPECT_STREQ(b, "");
+  // A line of exactly maxlen leaves its end for the next read, a zero byte ends a read, a
+  // longer line arrives in pieces, and the end of the file empties the buffer.
+  for (const auto& [max, rc, want] : {std::tuple{7, 0, "one"}, {7, 0, ""}, {4, 0, "abcd"}, {4, 0, ""},
+           {7, 0, "xy"}, {7, 0, "z"}, {2, 0, "la"}, {7, 0, "st"}, {7, -1, ""}}) {
+    std::strcpy(b, "junk");
+    EXPECT_EQ(fio_getstring(h, max, b), rc) << want;
+    EXPECT_STREQ(b, want);
+  }
   EXPECT_EQ(fio_close(h), 0);
 }
 
