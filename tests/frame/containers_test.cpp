@@ -2,7 +2,6 @@
 #include <tivlib/queue.h>
 #include <tivlib/stack.h>
 
-#include "frame/fault.h"
 #include "frame_test_util.h"
 
 namespace tiv::test {
@@ -46,40 +45,6 @@ TEST(Stack, LastInFirstOutAndNilIsHarmless) {
   EXPECT_EQ(stack_get(nullptr), 0);
   stack_close(nullptr);
 }
-
-#ifdef TIVLIB_FAULT_INJECTION
-
-using QueueMemory = InTempDir;
-
-TEST_F(QueueMemory, OutOfMemoryIsReportedAndLosesOnlyTheValue) {
-  tiv::fault::fail_allocation_at(1);
-  EXPECT_EQ(queue_open(), nullptr);
-  EXPECT_NE(log_text().find("  queue_open: out of space!\n"), std::string::npos);
-  queue_handle* q = queue_open();
-  ASSERT_NE(q, nullptr);
-  queue_post(q, 1);
-  tiv::fault::fail_allocation_at(1);
-  queue_post(q, 2);
-  EXPECT_NE(log_text().find("  queue_post: out of space!\n  value has been lost!\n"),
-            std::string::npos);
-  queue_post(q, 3);
-  EXPECT_EQ(queue_get(q), 1);
-  EXPECT_EQ(queue_get(q), 3);
-  queue_close(q);
-}
-
-TEST(StackMemory, PushLosesTheValueSilently) {
-  tiv::fault::fail_allocation_at(1);
-  EXPECT_EQ(stack_open(), nullptr);
-  stack_handle* s = stack_open();
-  stack_push(s, 1);
-  tiv::fault::fail_allocation_at(1);
-  stack_push(s, 2);
-  EXPECT_EQ(stack_pop(s), 1);
-  stack_close(s);
-}
-
-#endif
 
 }  // namespace
 }  // namespace tiv::test

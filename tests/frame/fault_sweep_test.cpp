@@ -52,8 +52,15 @@ TEST_F(FaultSweep, ArenaOpenAllocateClose) {
 TEST_F(FaultSweep, QueueOpenPostGetClose) {
   sweep([] {
     queue_handle* q = queue_open();
-    if (q == nullptr) return;
+    if (q == nullptr) {
+      EXPECT_NE(log_text().find("  queue_open: out of space!\n"), std::string::npos);
+      return;
+    }
     for (intptr_t v = 1; v <= 5; ++v) queue_post(q, v);
+    if (tiv::fault::allocation_failure_hit()) {
+      EXPECT_NE(log_text().find("  queue_post: out of space!\n  value has been lost!\n"),
+                std::string::npos);
+    }
     intptr_t last = 0, count = 0;
     for (intptr_t v; (v = queue_get(q)) != 0; ++count) {
       EXPECT_GT(v, last);  // order kept even when a value was lost

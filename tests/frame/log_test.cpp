@@ -1,7 +1,6 @@
 // The records of zv.err, byte for byte, and the trace stack shown under them.
 #include <tivlib/zv.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <string>

@@ -24,22 +24,15 @@ TEST(StrCopy, NcpyTerminatesAndWritesNothingBehind) {
   Buffer b;
   EXPECT_EQ(str_ncpy(b.bytes, "abc", 10), b.bytes);
   EXPECT_EQ(std::string(b.bytes, 6), std::string("abc\0##", 6));
-  str_ncpy(b.bytes, "abcdef", 2);
-  EXPECT_STREQ(b.bytes, "ab");
-  str_ncpy(b.bytes, "abcdef", 0);
-  EXPECT_STREQ(b.bytes, "");
-  str_ncpy(b.bytes, "abcdef", -4);
-  EXPECT_STREQ(b.bytes, "");
+  for (const auto& [n, want] : {std::pair{2, "ab"}, {0, ""}, {-4, ""}})
+    EXPECT_STREQ(str_ncpy(b.bytes, "abcdef", n), want) << n;
 }
 
 TEST(StrCopy, PcpyClipsAndEmptiesOnBadRanges) {
   Buffer b("zzz");
-  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 1, 99), "bc");
-  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 0, 0), "a");
-  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 3, 5), "");
-  EXPECT_STREQ(str_pcpy(b.bytes, "abc", 2, 1), "");
-  EXPECT_STREQ(str_pcpy(b.bytes, "abc", -1, 2), "");
-  EXPECT_STREQ(str_pcpy(b.bytes, "", 0, 0), "");
+  for (const auto& [src, first, last, want] : {std::tuple{"abc", 1, 99, "bc"}, {"abc", 0, 0, "a"},
+           {"abc", 3, 5, ""}, {"abc", 2, 1, ""}, {"abc", -1, 2, ""}, {"", 0, 0, ""}})
+    EXPECT_STREQ(str_pcpy(b.bytes, src, first, last), want) << first << "," << last;
 }
 
 TEST(StrCopy, PcatLeavesDstAloneOnBadRanges) {
@@ -96,17 +89,13 @@ TEST(StrShape, CaseChangesAllPlainLettersOnly) {
 }
 
 TEST(StrShape, TrimRemovesBlanksOnlyAndMovesTheText) {
-  char s[] = "  a b  ";
-  EXPECT_EQ(str_trim(s), s);
-  EXPECT_STREQ(s, "a b");
-  char t[] = "\t a \n";
-  EXPECT_STREQ(str_trim(t), "\t a \n");
-  char u[] = "    ";
-  EXPECT_STREQ(str_trim(u), "");
-  char v[] = "  x  ";
-  EXPECT_STREQ(str_ltrim(v), "x  ");
-  char w[] = "  x  ";
-  EXPECT_STREQ(str_rtrim(w), "  x");
+  for (const auto& [trim, in, want] : {std::tuple{&str_trim, "  a b  ", "a b"},
+           {&str_trim, "\t a \n", "\t a \n"}, {&str_trim, "    ", ""}, {&str_ltrim, "  x  ", "x  "},
+           {&str_rtrim, "  x  ", "  x"}}) {
+    Buffer b(in);
+    EXPECT_EQ(trim(b.bytes), b.bytes) << in;
+    EXPECT_STREQ(b.bytes, want) << in;
+  }
 }
 
 TEST(StrShape, RptClipsAt255) {
