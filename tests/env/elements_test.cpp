@@ -122,25 +122,21 @@ int32_t record_visit(env_handle* env, const char* section, char* path, intptr_t 
   return 0;
 }
 
-std::string describe(const std::vector<Visit>& visits) {
+// The visits of one walk as "section|path|kind;" each, after checking the walk's result.
+std::string walk(env_handle* env, const char* section, const char* path, int32_t want = ENV_OK) {
+  std::vector<Visit> visits;
+  EXPECT_EQ(env_traverse(env, section, path, 1, record_visit, reinterpret_cast<intptr_t>(&visits)), want);
   std::string s;
   for (const auto& v : visits) s += v.section + "|" + v.path + "|" + v.kind + ";";
   return s;
 }
 
 TEST_F(EnvElements, TraverseGeneratesPositionPaths) {
-  std::vector<Visit> visits;
-  auto user = reinterpret_cast<intptr_t>(&visits);
-  EXPECT_EQ(env_traverse(env_, "s", nullptr, 1, record_visit, user), ENV_OK);
-  EXPECT_EQ(describe(visits), "s|a@1|data;s|b@1|none;s|a@2|data;");
-  visits.clear();
+  EXPECT_EQ(walk(env_, "s", nullptr), "s|a@1|data;s|b@1|none;s|a@2|data;");
   env_put(env_, "s", "p@q", "1");
   env_put(env_, "s", "p@r", "2");
-  EXPECT_EQ(env_traverse(env_, "s", "p", 1, record_visit, user), ENV_OK);
-  EXPECT_EQ(describe(visits), "s|p@q@1|data;s|p@r@1|data;");
-  visits.clear();
-  EXPECT_EQ(env_traverse(env_, nullptr, nullptr, 1, record_visit, user), ENV_OK);
-  EXPECT_EQ(describe(visits), "s|<nil>|block;t|<nil>|none;");
+  EXPECT_EQ(walk(env_, "s", "p"), "s|p@q@1|data;s|p@r@1|data;");
+  EXPECT_EQ(walk(env_, nullptr, nullptr), "s|<nil>|block;t|<nil>|none;");
 }
 
 TEST_F(EnvElements, VisitMayDeleteItsOwnElement) {
@@ -168,9 +164,7 @@ TEST_F(EnvElements, VisitMayDeleteItsOwnElement) {
 TEST_F(EnvElements, UnreachableNamesAreSkippedWithAnError) {
   Root odd;
   ASSERT_EQ(read_string(odd, "[s]\nmail@home =1\nok =2\n"), ENV_OK);
-  std::vector<Visit> visits;
-  EXPECT_EQ(env_traverse(odd, "s", nullptr, 1, record_visit, reinterpret_cast<intptr_t>(&visits)), ENV_ERROR);
-  EXPECT_EQ(describe(visits), "s|ok@1|data;");
+  EXPECT_EQ(walk(odd, "s", nullptr, ENV_ERROR), "s|ok@1|data;");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "env_test_util.h"
 
 #ifdef TIVLIB_FAULT_INJECTION
+#include "fault_sweep.h"
 #include "frame/fault.h"
 
 namespace tiv::test {
@@ -20,13 +21,8 @@ class EnvFaults : public InTempDir {};
 // without reaching the failure.
 template <class Scenario>
 void sweep(Scenario scenario) {
-  for (long n = 1; n < 10000; ++n) {
-    tiv::fault::fail_allocation_at(n);
-    scenario(n);
-    const bool hit = tiv::fault::allocation_failure_hit();
-    tiv::fault::fail_allocation_at(0);
-    if (!hit) return;
-  }
+  for (long n = 1; n < 10000; ++n)
+    if (!fails_at(n, [&] { scenario(n); })) return;
   FAIL() << "the scenario never completed";
 }
 

@@ -1,12 +1,11 @@
 // The text form: what the reader takes, what the writer gives, and the round trip.
 #include <tivlib/env.h>
 
-#include <algorithm>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "env_test_util.h"
+#include "rows.h"
 
 namespace tiv::test {
 namespace {
@@ -51,19 +50,17 @@ TEST_F(EnvText, ReadThenWrite) {
 
 TEST_F(EnvText, Continuations) {
   ASSERT_EQ(read_string(env_, "[s]\na =x\\\n  y\nb =p\\   \nq\nc =m\\\t\nd =1\\\\\ne =2\n"), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "a"), "x  y");
-  EXPECT_EQ(get_text(env_, "s", "b"), "pq");
-  EXPECT_EQ(get_text(env_, "s", "c"), "m\\");  // a tab is no continuation; trailing blanks go
-  EXPECT_EQ(get_text(env_, "s", "d"), "1\\\\");
-  EXPECT_EQ(get_text(env_, "s", "e"), "2");
+  // A tab is no continuation; trailing blanks go.
+  for (const auto& [path, want] : Rows<const char*, const char*>{
+           {"a", "x  y"}, {"b", "pq"}, {"c", "m\\"}, {"d", "1\\\\"}, {"e", "2"}})
+    EXPECT_EQ(get_text(env_, "s", path), want) << path;
 }
 
 TEST_F(EnvText, BlanksAroundNamesAndValues) {
   ASSERT_EQ(read_string(env_, "[s]   a=1\n\t b   =   two words \t\n  c =\n d ="), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "a"), "1");
-  EXPECT_EQ(get_text(env_, "s", "b"), "two words");
-  EXPECT_EQ(get_text(env_, "s", "c"), "");
-  EXPECT_EQ(get_text(env_, "s", "d"), "");
+  for (const auto& [path, want] : Rows<const char*, const char*>{
+           {"a", "1"}, {"b", "two words"}, {"c", ""}, {"d", ""}})
+    EXPECT_EQ(get_text(env_, "s", path), want) << path;
 }
 
 TEST_F(EnvText, BlocksOnTheirOwnLineAndEntriesBehindBraces) {
@@ -164,9 +161,8 @@ TEST_F(EnvText, FileLargerThanTheBufferAndAByteFF) {
   // CR LF line ends read as LF.
   write_file("ff.env", "[s]\r\nb =1\r\na =x\xffyz =2\n");
   ASSERT_EQ(env_read_file("ff.env", env_), ENV_OK);
-  EXPECT_EQ(get_text(env_, "s", "b"), "1");
-  EXPECT_EQ(get_text(env_, "s", "a"), "x");
-  EXPECT_EQ(get_text(env_, "s", "yz"), "2");
+  for (const auto& [path, want] : Rows<const char*, const char*>{{"b", "1"}, {"a", "x"}, {"yz", "2"}})
+    EXPECT_EQ(get_text(env_, "s", path), want) << path;
 }
 
 TEST_F(EnvText, FilesThatCanNotBeOpened) {

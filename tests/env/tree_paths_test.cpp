@@ -32,9 +32,7 @@ TEST_F(EnvTree, FreshRootFindsNothingAndPutCreatesEveryComponent) {
 TEST_F(EnvTree, PositionBeyondTheEndCreatesEmptyFillers) {
   EXPECT_EQ(env_put(env_, "s", "wall@3", "x"), ENV_OK);
   EXPECT_EQ(env_count_path(env_, "s", "wall", 1), 3);
-  EXPECT_EQ(get_text(env_, "s", "wall@1"), "");
-  EXPECT_EQ(get_text(env_, "s", "wall@2"), "");
-  EXPECT_EQ(get_text(env_, "s", "wall@3"), "x");
+  EXPECT_EQ(write_string(env_), "[s]\n  wall =\n  wall =\n  wall =x\n");
 }
 
 TEST_F(EnvTree, PutReplacesInPlaceAndChangesKinds) {
@@ -175,7 +173,7 @@ TEST_F(EnvTree, NoSectionAndNegativePositionIsReported) {
                             switch_record(0, "Env_core"));
 }
 
-TEST_F(EnvTree, PathsBeyondTheLimitsCanNotBeSeparated) {
+TEST_F(EnvTree, PathsAndPositionsBeyondTheLimits) {
   const std::string long_path(512, 'a');
   EXPECT_EQ(env_put(env_, "s", long_path.c_str(), "x"), ENV_OK);
   EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 0);
@@ -188,9 +186,7 @@ TEST_F(EnvTree, PathsBeyondTheLimitsCanNotBeSeparated) {
   for (int i = 0; i < 126; ++i) fits += "a@";
   fits += std::string(511 - fits.size(), 'b');
   EXPECT_EQ(env_get(env_, "s", fits.c_str(), 1, 8, nullptr), ENV_NOT_FOUND);
-}
-
-TEST_F(EnvTree, HugePositionsAreRefusedInsteadOfFilled) {
+  // Huge positions are refused instead of filled.
   EXPECT_EQ(env_put(env_, "s", "a@99999999", "x"), ENV_ERROR);
   EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 0);
   EXPECT_EQ(get_text(env_, "s", "a@99999999999999999999"), "<-4>");

@@ -236,7 +236,7 @@ TEST_F(EnvValues, ListWrites) {
   EXPECT_EQ(get_text(env_, "s", "w"), "a");
 }
 
-TEST_F(EnvValues, LongListsAreCutAtTheTextLimit) {
+TEST_F(EnvValues, ListsAndFormatsAreCutAtTheTextLimit) {
   int32_t values[300];
   for (int32_t i = 0; i < 300; ++i) values[i] = 1000 + i;  // 4 digits and a comma each
   EXPECT_EQ(env_put_longs(env_, "s", "l", 300, values), ENV_OK);
@@ -246,9 +246,7 @@ TEST_F(EnvValues, LongListsAreCutAtTheTextLimit) {
   int32_t back[300];
   int32_t count = 300;
   EXPECT_EQ(env_get_longs(env_, "s", "l", 1, &count, back), ENV_BAD_FORMAT);
-}
-
-TEST_F(EnvValues, FormatLimit) {
+  // A formatted text holds 1023 characters at most.
   EXPECT_EQ(env_put_format(env_, "s", "f", "%s", std::string(1023, 'x').c_str()), ENV_OK);
   EXPECT_EQ(env_data_length(env_, "s", "f", 1), 1023);
   EXPECT_EQ(env_put_format(env_, "s", "f", "%s", std::string(1024, 'y').c_str()), ENV_ERROR);

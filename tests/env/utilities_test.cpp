@@ -1,7 +1,6 @@
 // Leaf walks, merge copies, block copies, sub-environment creation, path joining, name lists.
 #include <tivlib/env.h>
 
-#include <cstring>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -193,15 +192,15 @@ TEST_F(EnvUtil, CreateArrayPath) {
 
 TEST_F(EnvUtil, ListElementNames) {
   ASSERT_EQ(read_string(env_, "[s]\na =1\nb ={\n}\na =2\n[t]\n"), ENV_OK);
-  char buffer[16];
-  EXPECT_EQ(env_list_elem_names(env_, "s", nullptr, 1, ',', sizeof buffer, buffer), ENV_OK);
-  EXPECT_STREQ(buffer, "a,b,a,");
-  EXPECT_EQ(env_list_elem_names(env_, "s", nullptr, 1, ',', 7, buffer), ENV_TOO_SMALL);
-  EXPECT_STREQ(buffer, "");
-  EXPECT_EQ(env_list_elem_names(env_, "s", "a", 1, ',', sizeof buffer, buffer), ENV_IS_BLOCK);
-  EXPECT_STREQ(buffer, "");
-  EXPECT_EQ(env_list_elem_names(env_, nullptr, nullptr, 1, ' ', sizeof buffer, buffer), ENV_OK);
-  EXPECT_STREQ(buffer, "s t ");
+  // A list that does not fit, or the names under a datum, leave an empty buffer.
+  using Row = std::tuple<const char*, const char*, char, int32_t, int32_t, const char*>;
+  for (const auto& [section, path, separator, size, want, names] :
+       {Row{"s", nullptr, ',', 16, ENV_OK, "a,b,a,"}, Row{"s", nullptr, ',', 7, ENV_TOO_SMALL, ""},
+        Row{"s", "a", ',', 16, ENV_IS_BLOCK, ""}, Row{nullptr, nullptr, ' ', 16, ENV_OK, "s t "}}) {
+    char buffer[16] = "junk";
+    EXPECT_EQ(env_list_elem_names(env_, section, path, 1, separator, size, buffer), want) << size;
+    EXPECT_STREQ(buffer, names) << size;
+  }
 }
 
 }  // namespace
