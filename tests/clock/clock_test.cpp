@@ -2,11 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <ctime>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include <tivlib/clock.h>
 
@@ -40,14 +38,11 @@ std::array<int32_t, 8> fields_of(const clock_fields& f) {
 constexpr int32_t k7Dec1997 = 881496000;     // 1997-12-07 12:00:00 UTC, 13:00:00 in Berlin
 constexpr int32_t k1Jan2005 = 1104537600;    // 2005-01-01 00:00:00 UTC, 01:00:00 in Berlin
 
-TEST_F(Clock, DateTexts) {
+TEST_F(Clock, DateAndTimeTexts) {
   EXPECT_STREQ(clock_date(k7Dec1997, 0), "07.12.97");
   for (int32_t form : {1, 2, -1}) EXPECT_STREQ(clock_date(k7Dec1997, form), "07. Dezember 1997");
   EXPECT_STREQ(clock_date(k1Jan2005, 0), "01.01.105");
   EXPECT_STREQ(clock_date(k1Jan2005 + 60 * 86400, 1), "02. Maerz 2005");
-}
-
-TEST_F(Clock, TimeTexts) {
   EXPECT_STREQ(clock_time(k7Dec1997 + 5, 0), "13:00");
   for (int32_t form : {1, 9}) EXPECT_STREQ(clock_time(k7Dec1997 + 5, form), "13:00:05");
 }
@@ -124,7 +119,6 @@ TEST_F(Clock, TimersAndTheirReport) {
   const std::string body =
       "            Rechnen |       3 |     1.500\n" + rule +
       "    " + long_name.substr(0, 79) + " |       1 | 4294967.295\n" + rule;
-  ASSERT_GT(report.size(), body.size());
   EXPECT_EQ(report.substr(report.size() - body.size()), body);
   EXPECT_NE(report.find(head), std::string::npos);
   EXPECT_EQ(report.substr(0, title.size()), title);

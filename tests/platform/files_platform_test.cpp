@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <tuple>
 #include <vector>
 
 #include "platform/dir_search.h"
@@ -88,17 +89,11 @@ TEST_F(Platform, OpenFileDropsTheTextLetterAndRefusesDirectories) {
 }
 
 TEST(Masks, WildCardsIgnoringCase) {
-  using platform::mask_matches;
-  EXPECT_TRUE(mask_matches("*.*", "noext"));
-  EXPECT_TRUE(mask_matches("*", "."));
-  EXPECT_TRUE(mask_matches("*.PRO", "stahl.pro"));
-  EXPECT_FALSE(mask_matches("*.PRO", "stahl.pro.bak"));
-  EXPECT_TRUE(mask_matches("a?c", "ABC"));
-  EXPECT_FALSE(mask_matches("a?c", "ac"));
-  EXPECT_TRUE(mask_matches("read*.*", "readme"));
-  EXPECT_TRUE(mask_matches("*a*b*", "xxaYYbzz"));
-  EXPECT_FALSE(mask_matches("*a*b", "xxaYYbzz"));
-  EXPECT_TRUE(mask_matches("", ""));
+  for (const auto& [mask, name, want] : {std::tuple{"*.*", "noext", true}, {"*", ".", true},
+           {"*.PRO", "stahl.pro", true}, {"*.PRO", "stahl.pro.bak", false}, {"a?c", "ABC", true},
+           {"a?c", "ac", false}, {"read*.*", "readme", true}, {"*a*b*", "xxaYYbzz", true},
+           {"*a*b", "xxaYYbzz", false}, {"", "", true}})
+    EXPECT_EQ(platform::mask_matches(mask, name), want) << mask << " " << name;
 }
 
 TEST_F(Platform, SearchGivesModesAndSizes) {
@@ -121,9 +116,7 @@ TEST_F(Platform, LocksBelongToTheOpenFile) {
   const int a = ::open("l.bin", O_RDWR);
   const int b = ::open("l.bin", O_RDWR);
   const int r = ::open("l.bin", O_RDONLY);
-  ASSERT_GE(a, 0);
-  ASSERT_GE(b, 0);
-  ASSERT_GE(r, 0);
+  ASSERT_TRUE(a >= 0 && b >= 0 && r >= 0);
   using platform::LockResult;
   EXPECT_EQ(platform::lock_range(a, 0, 10, 2, 5), LockResult::done);
   EXPECT_EQ(platform::lock_range(b, 0, 10, 2, 5), LockResult::failed);

@@ -27,7 +27,7 @@ std::string ltos(int32_t v, int32_t width) {
   return out;
 }
 
-TEST(ConvertToText, WidthAndPrecisionAsInTheBuiltFormat) {
+TEST(ConvertToText, WidthAndPrecisionAsInTheBuiltFormatUpToTheirLimits) {
   EXPECT_EQ(ltos(42, 5), "   42");
   EXPECT_EQ(ltos(42, -5), "42   ");
   EXPECT_EQ(ltos(-2147483647 - 1, 0), "-2147483648");
@@ -35,9 +35,7 @@ TEST(ConvertToText, WidthAndPrecisionAsInTheBuiltFormat) {
   EXPECT_EQ(dtos(-1.5, 8, 3), "  -1.500");
   EXPECT_EQ(dtos(2.5, -6, 1), "2.5   ");
   EXPECT_EQ(dtos(1.0, 0, -1), "1.000000");  // a negative precision means the default
-}
-
-TEST(ConvertToText, HugeWidthsAndPrecisionsAreHeldAtTheirLimits) {
+  // Huge widths and precisions are held at their limits.
   EXPECT_EQ(ltos(7, 100000).size(), static_cast<size_t>(CONVERT_WIDTH_MAX));
   EXPECT_EQ(ltos(7, INT32_MIN).size(), static_cast<size_t>(CONVERT_WIDTH_MAX));
   const std::string big = dtos(-1.7976931348623157e308, INT32_MAX, INT32_MAX);
