@@ -21,7 +21,6 @@ class EnvElements : public InTempDir {
 
 TEST_F(EnvElements, InsertBeforeAPath) {
   EXPECT_EQ(env_insert_before(env_, "s", "b", "new"), ENV_OK);
-  EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 4);
   EXPECT_EQ(env_insert_before(env_, "s", "a", "first"), ENV_OK);
   EXPECT_EQ(env_put(env_, "s", "new", "v"), ENV_OK);
   EXPECT_EQ(env_put(env_, "s", "first", "f"), ENV_OK);

@@ -117,12 +117,11 @@ TEST_F(EnvValues, DoubleGrammar) {
 
 TEST_F(EnvValues, LongGrammar) {
   int32_t out = 0;
-  put("v", "12.5");
-  EXPECT_EQ(env_get_long(env_, "s", "v", 1, &out), ENV_BAD_FORMAT);
-  EXPECT_EQ(out, 12);
-  put("v", " -42 \nanything");
-  EXPECT_EQ(env_get_long(env_, "s", "v", 1, &out), 5);
-  EXPECT_EQ(out, -42);
+  for (const auto& [text, want, value] : {std::tuple{"12.5", ENV_BAD_FORMAT, 12}, {" -42 \nanything", 5, -42}}) {
+    put("v", text);
+    EXPECT_EQ(env_get_long(env_, "s", "v", 1, &out), want) << text;
+    EXPECT_EQ(out, value) << text;
+  }
   EXPECT_EQ(env_get_long(env_, "s", "missing", 1, &out), ENV_NOT_FOUND);
   EXPECT_EQ(env_get_long(env_, "s", nullptr, 1, &out), ENV_IS_DATA);
 }

@@ -156,7 +156,7 @@ TEST_F(EnvUtil, CreateSubenv) {
   EXPECT_EQ(log_text(), error_record("Nil parametr") + error_record("Nil parametr"));
 }
 
-TEST_F(EnvUtil, CreatePath) {
+TEST_F(EnvUtil, CreatePathAndArrayPath) {
   char buffer[8] = "keep";
   EXPECT_EQ(env_create_path(5, buffer, "ab", "c", nullptr), ENV_OK);
   EXPECT_STREQ(buffer, "ab@c");
@@ -165,9 +165,6 @@ TEST_F(EnvUtil, CreatePath) {
   EXPECT_EQ(env_create_path(8, buffer, nullptr), ENV_OK);
   EXPECT_STREQ(buffer, "");
   EXPECT_EQ(env_create_path(0, buffer, "a", nullptr), ENV_TOO_SMALL);
-}
-
-TEST_F(EnvUtil, CreateArrayPath) {
   // Joined with the delimiter's first character; a path of size - 1 characters fits, and
   // whatever doesn't fit, a name or a joint, leaves an empty buffer and -7.
   const std::vector<const char*> ab_c{"ab", "c", nullptr}, abc_d{"abc", "d", nullptr},
@@ -181,7 +178,6 @@ TEST_F(EnvUtil, CreateArrayPath) {
     EXPECT_EQ(env_create_array_path(size, buffer, names->data()), want) << size;
     EXPECT_STREQ(buffer, path) << size;
   }
-  char buffer[8] = "keep";
   EXPECT_EQ(env_create_array_path(0, buffer, ab_c.data()), ENV_TOO_SMALL);
   const std::string saved = env_set_delimiter(nullptr);
   env_set_delimiter("/.");

@@ -12,16 +12,11 @@ namespace {
 
 using Heap = InTempDir;
 
-std::string error_record(const std::string& text) {
-  // Every arena report comes from the source "Heap"; the line is not pinned here.
-  return "  " + text + "!\n\n\n\n\n";
-}
-
+// Whether the log starts with an error of the source "Heap" and ends with the record of this
+// text; the line is not pinned here.
 bool log_has_error(const std::string& text) {
   const std::string log = log_text();
-  return log.rfind(">ERROR   in \"Heap\" line ", 0) == 0 &&
-         log.size() > error_record(text).size() &&
-         log.compare(log.size() - error_record(text).size(), std::string::npos, error_record(text)) == 0;
+  return log.starts_with(">ERROR   in \"Heap\" line ") && log.ends_with(":\n  " + text + "!\n\n\n\n\n");
 }
 
 TEST_F(Heap, SmartFreeFreesAndClearsTheVariableAndReportsANilReference) {

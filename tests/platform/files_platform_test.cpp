@@ -21,7 +21,7 @@ namespace {
 using tiv::platform::real_path;
 using Platform = InTempDir;
 
-TEST_F(Platform, ResolvesComponentsExactlyThenIgnoringCase) {
+TEST_F(Platform, ResolvesComponentsExactlyThenIgnoringCaseFirstInByteOrder) {
   std::filesystem::create_directories("Data/Sub");
   write_file("Data/Sub/Profile.PRO", "x");
   write_file("Data/sub.txt", "y");
@@ -32,9 +32,7 @@ TEST_F(Platform, ResolvesComponentsExactlyThenIgnoringCase) {
   EXPECT_EQ(real_path("data\\new\\Deep.x", platform::Intent::create), "Data/new/Deep.x");
   EXPECT_EQ(real_path("data\\.\\..\\data\\sub"), "Data/./../Data/Sub");
   EXPECT_EQ(real_path(""), "");
-}
-
-TEST_F(Platform, SeveralCaseMatchesPickTheFirstInByteOrder) {
+  // Several matches ignoring case: the first in byte order.
   write_file("abc", "1");
   write_file("ABc", "2");
   write_file("aBC", "3");
@@ -63,9 +61,8 @@ TEST_F(Platform, DrivesAndRootedPaths) {
   EXPECT_EQ(platform::to_drive_form(here, 11), "K:\\");
   EXPECT_EQ(platform::to_drive_form("/usr", 11), "C:\\usr");
   ::unsetenv("TIVLIB_DRIVE_K");
-  EXPECT_EQ(platform::drive_of("z:x"), 26);
-  EXPECT_EQ(platform::drive_of("1:x"), 0);
-  EXPECT_EQ(platform::drive_of("\xc4:x"), 0);
+  for (const auto& [path, drive] : {std::pair{"z:x", 26}, {"1:x", 0}, {"\xc4:x", 0}})
+    EXPECT_EQ(platform::drive_of(path), drive) << path;
   EXPECT_FALSE(platform::set_current_drive(0));
   EXPECT_FALSE(platform::set_current_drive(27));
   EXPECT_EQ(platform::current_drive(), 3);

@@ -90,11 +90,9 @@ TEST(DosToWin, OnlyTheSevenGermanLettersChange) {
 }
 
 TEST(Numeric, RoundingToPowersOfTen) {
-  EXPECT_EQ(pround(2.5, 0), 3.0);
-  EXPECT_EQ(pround(-2.5, 0), -2.0);
-  EXPECT_NEAR(pround(1.2345, -2), 1.23, 1e-12);
-  EXPECT_EQ(pround(1250.0, 2), 1300.0);
-  EXPECT_EQ(pround(-1249.0, 2), -1200.0);
+  for (const auto& [value, power, want] : {std::tuple{2.5, 0, 3.0}, {-2.5, 0, -2.0}, {1.2345, -2, 1.23},
+           {1250.0, 2, 1300.0}, {-1249.0, 2, -1200.0}})
+    EXPECT_DOUBLE_EQ(pround(value, power), want) << value << " " << power;
 }
 
 TEST(Numeric, SignsGiveExactlyMinusOneZeroOne) {
