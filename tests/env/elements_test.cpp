@@ -81,7 +81,7 @@ TEST_F(EnvElements, DeleteKeepsTheListWhole) {
   env_close(sub, 0);
 }
 
-TEST_F(EnvElements, CheckAndExist) {
+TEST_F(EnvElements, CheckExistAndDataLength) {
   for (const auto& [address, want] : Rows<std::pair<const char*, const char*>, int32_t>{
            {{nullptr, nullptr}, ENV_IS_BLOCK}, {{"t", nullptr}, ENV_IS_BLOCK},
            {{"s", "b"}, ENV_IS_BLOCK}, {{"s", "a"}, ENV_IS_DATA}, {{"s", "@"}, ENV_NOT_FOUND}})
@@ -95,9 +95,7 @@ TEST_F(EnvElements, CheckAndExist) {
   env_put_external(env_, "s", "e", 5);
   EXPECT_EQ(env_exist_external(env_, "s", "e", 1), 1);
   EXPECT_EQ(env_exist(nullptr, "s", "a", 1), 0);
-}
-
-TEST_F(EnvElements, DataLengthFallsThroughAndCheckDoesNot) {
+  // The data length falls through to the parent; check and exist do not.
   Root child{1, env_};
   EXPECT_EQ(env_data_length(child, "s", "a@2", 1), 1);
   EXPECT_EQ(env_check(child, "s", "a", 1), ENV_NOT_FOUND);

@@ -149,7 +149,7 @@ TEST_F(EnvText, DeepNestingReadsAndCloses) {
   EXPECT_EQ(write_string(back), written);
 }
 
-TEST_F(EnvText, FileLargerThanTheBufferAndAByteFF) {
+TEST_F(EnvText, FilesLargerThanTheBufferWithAByteFFOrUnopenable) {
   std::string text = "[s]\n";
   for (int i = 0; i < 5000; ++i) text += "  k =" + std::to_string(i) + "\n";
   write_file("big.env", text);
@@ -163,9 +163,7 @@ TEST_F(EnvText, FileLargerThanTheBufferAndAByteFF) {
   ASSERT_EQ(env_read_file("ff.env", env_), ENV_OK);
   for (const auto& [path, want] : Rows<const char*, const char*>{{"b", "1"}, {"a", "x"}, {"yz", "2"}})
     EXPECT_EQ(get_text(env_, "s", path), want) << path;
-}
-
-TEST_F(EnvText, FilesThatCanNotBeOpened) {
+  // Files that can't be opened.
   EXPECT_EQ(env_read_file("missing.env", env_), ENV_ERROR);
   env_write_file("no/such/dir/out.env", env_);
   EXPECT_EQ(log_text(), error_record("cann't open to read:", "Env_uti2", "missing.env") +

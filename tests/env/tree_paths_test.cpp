@@ -102,7 +102,7 @@ TEST_F(EnvTree, ParentChainAnswersFullAddressesOnly) {
   EXPECT_EQ(env_close(child, 0), ENV_OK);
 }
 
-TEST_F(EnvTree, CloseRefusesWhileSubEnvironmentsStand) {
+TEST_F(EnvTree, CloseRefusesWhileSubEnvironmentsOrChildrenStand) {
   env_put(env_, "s", "a@b", "1");
   env_handle* sub = env_open_subenv(env_, "s", "a", 1);
   ASSERT_NE(sub, nullptr);
@@ -114,9 +114,7 @@ TEST_F(EnvTree, CloseRefusesWhileSubEnvironmentsStand) {
   EXPECT_EQ(env_close(subsub, 0), ENV_OK);
   EXPECT_EQ(env_close(sub, 0), ENV_OK);
   EXPECT_EQ(get_text(env_, "s", "a@b"), "1");
-}
-
-TEST_F(EnvTree, ChainedCloseStopsAtAParentInUse) {
+  // A chained close stops at a parent in use.
   env_handle* grand = env_open(1, nullptr);
   env_handle* parent = env_open(2, grand);
   env_handle* a = env_open(3, parent);

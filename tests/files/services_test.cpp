@@ -106,7 +106,7 @@ TEST_F(Services, CopyCodes) {
   }
 }
 
-TEST_F(Services, RenamePurgeExistAccess) {
+TEST_F(Services, RenamePurgeExistAccessAndDirectories) {
   write_file("old.txt", "1");
   write_file("taken.txt", "2");
   EXPECT_EQ(fio_rename(nullptr, "old.txt", "taken.txt"), -1);
@@ -126,9 +126,6 @@ TEST_F(Services, RenamePurgeExistAccess) {
   EXPECT_EQ(fio_purge(nullptr, "new.txt"), 0);
   EXPECT_EQ(fio_purge(nullptr, "new.txt"), -1);
   EXPECT_EQ(fio_purge(nullptr, "dir"), -1);
-}
-
-TEST_F(Services, Directories) {
   EXPECT_EQ(fio_mkdir("Made"), 0);
   EXPECT_TRUE(std::filesystem::is_directory("made"));
   EXPECT_EQ(fio_mkdir("made"), -1);

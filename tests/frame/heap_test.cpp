@@ -33,16 +33,6 @@ TEST_F(Heap, SmartFreeFreesAndClearsTheVariableAndReportsANilReference) {
   heap_statistic();
 }
 
-TEST_F(Heap, ArenaRoundsCacheSizeUpToAMultipleOfEight) {
-  heap_id* id = heap_open(100, 0);
-  ASSERT_NE(id, nullptr);
-  EXPECT_NE(heap_allocate(id, 104), nullptr);  // 100 became 104
-  EXPECT_FALSE(file_exists("zv.err"));
-  EXPECT_EQ(heap_allocate(id, 105), nullptr);
-  EXPECT_TRUE(log_has_error("heap_allocate: parameter 'size' greater than cachesize"));
-  heap_close(id);
-}
-
 TEST_F(Heap, ClearingArenaZeroesExactlyTheBytesAsked) {
   heap_id* id = heap_open(64, 1);
   auto* p = static_cast<unsigned char*>(heap_allocate(id, 8));
@@ -54,12 +44,20 @@ TEST_F(Heap, ClearingArenaZeroesExactlyTheBytesAsked) {
   heap_close(id);
 }
 
-TEST_F(Heap, ArenaReportsBadIdsAndSizes) {
+TEST_F(Heap, ArenaRoundsCacheSizeToEightsAndReportsBadIdsAndSizes) {
+  heap_id* id = heap_open(100, 0);
+  ASSERT_NE(id, nullptr);
+  EXPECT_NE(heap_allocate(id, 104), nullptr);  // 100 became 104
+  EXPECT_FALSE(file_exists("zv.err"));
+  EXPECT_EQ(heap_allocate(id, 105), nullptr);
+  EXPECT_TRUE(log_has_error("heap_allocate: parameter 'size' greater than cachesize"));
+  heap_close(id);
+  // Bad ids and sizes are reported.
   EXPECT_EQ(heap_allocate(nullptr, 8), nullptr);
   EXPECT_TRUE(log_has_error("heap_allocate: incorrect ID for this heap"));
   heap_deallocate(nullptr);
   EXPECT_TRUE(log_has_error("heap_deallocate: incorrect ID for this heap"));
-  heap_id* id = heap_open(16, 0);
+  id = heap_open(16, 0);
   EXPECT_EQ(heap_allocate(id, -8), nullptr);
   EXPECT_TRUE(log_has_error("heap_allocate: negative parameter 'size'"));
   EXPECT_EQ(heap_allocate(id, INT32_MAX), nullptr);

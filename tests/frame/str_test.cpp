@@ -100,9 +100,8 @@ TEST(StrShape, TrimRemovesBlanksOnlyAndMovesTheText) {
 
 TEST(StrShape, RptClipsAt255) {
   EXPECT_EQ(std::string(str_rpt('x', 300)), std::string(255, 'x'));
-  EXPECT_STREQ(str_rpt('-', 3), "---");
-  EXPECT_STREQ(str_rpt('-', 0), "");
-  EXPECT_STREQ(str_rpt('-', -5), "");
+  for (const auto& [n, want] : {std::pair{3, "---"}, {0, ""}, {-5, ""}})
+    EXPECT_STREQ(str_rpt('-', n), want) << n;
   EXPECT_EQ(str_rpt('a', 1), str_rpt('b', 2));  // one static buffer
 }
 
