@@ -17,44 +17,33 @@ using tiv::test::write_file;
 
 class IniRead : public tiv::test::SettingsDir {};
 
-TEST_F(IniRead, HeaderIsTrimmedAndValueKeepsItsBlanks) {
+// Headers are trimmed, values keep their blanks; names are case-sensitive, the section
+// argument is compared untrimmed, only the first of repeated sections is searched, and a nil or
+// blank section is the unnamed one. A failed read leaves the buffer alone.
+TEST_F(IniRead, LookupsByName) {
   write_file("a.ini", "[ Abc ] trailing\n a = 5\n");
-  char buf[32] = "untouched";
-  int32_t size = 31;
-  EXPECT_EQ(ini_read_string("a.ini", "Abc", "a", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, " 5");
-  EXPECT_EQ(size, 31);
+  write_file("r.ini", "[Abc]\nx=1\n[Abc]\ny=2\nx=3\n");
+  write_file("u.ini", "; c\nk=v\n[s]\nk=w\n");
+  struct Row { const char *file, *section, *entry; int32_t code; const char* want; };
+  const char* kept = "untouched";
+  for (const Row& r : {Row{"a.ini", "Abc", "a", INI_OK, " 5"}, {"r.ini", "Abc", "x", INI_OK, "1"},
+                       {"a.ini", "abc", "a", INI_NO_SECTION, kept},
+                       {"a.ini", " Abc ", "a", INI_NO_SECTION, kept},
+                       {"a.ini", "Abc", "A", INI_NO_ENTRY, kept},
+                       {"r.ini", "Abc", "y", INI_NO_ENTRY, kept},
+                       {"u.ini", nullptr, "k", INI_OK, "v"}, {"u.ini", "   ", "k", INI_OK, "v"},
+                       {"missing.ini", "s", "k", INI_ERROR, kept}}) {
+    SCOPED_TRACE(std::string(r.file) + " " + r.entry);
+    char buf[32] = "untouched";
+    int32_t size = 31;
+    EXPECT_EQ(ini_read_string(r.file, r.section, r.entry, buf, &size), r.code);
+    EXPECT_STREQ(buf, r.want);
+    EXPECT_EQ(size, 31);
+  }
   int32_t v = 0;
   EXPECT_EQ(ini_read_long("a.ini", "Abc", "a", &v), INI_OK);
   EXPECT_EQ(v, 5);
-
-  // Names are case-sensitive, and the section argument is compared untrimmed.
-  std::strcpy(buf, "untouched");
-  EXPECT_EQ(ini_read_string("a.ini", "abc", "a", buf, &size), INI_NO_SECTION);
-  EXPECT_EQ(ini_read_string("a.ini", " Abc ", "a", buf, &size), INI_NO_SECTION);
-  EXPECT_EQ(ini_read_string("a.ini", "Abc", "A", buf, &size), INI_NO_ENTRY);
-  EXPECT_STREQ(buf, "untouched");
   EXPECT_EQ(log_text(), "");
-}
-
-TEST_F(IniRead, OnlyTheFirstOfRepeatedSectionsIsSearched) {
-  write_file("a.ini", "[Abc]\nx=1\n[Abc]\ny=2\nx=3\n");
-  char buf[8];
-  int32_t size = 7;
-  EXPECT_EQ(ini_read_string("a.ini", "Abc", "y", buf, &size), INI_NO_ENTRY);
-  EXPECT_EQ(ini_read_string("a.ini", "Abc", "x", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "1");
-}
-
-TEST_F(IniRead, UnnamedSectionAndMissingFile) {
-  write_file("a.ini", "; c\nk=v\n[s]\nk=w\n");
-  char buf[8];
-  int32_t size = 7;
-  EXPECT_EQ(ini_read_string("a.ini", nullptr, "k", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "v");
-  EXPECT_EQ(ini_read_string("a.ini", "   ", "k", buf, &size), INI_OK);
-  EXPECT_STREQ(buf, "v");
-  EXPECT_EQ(ini_read_string("missing.ini", "s", "k", buf, &size), INI_ERROR);
 }
 
 TEST_F(IniRead, ValueAgainstBufferSize) {
@@ -90,31 +79,24 @@ TEST_F(IniRead, ListsOfEntryNames) {
   EXPECT_EQ(std::string(buf, 8), std::string("abc\0d\0\0x", 8));
 }
 
+// Empty items read as 0 and a trailing comma adds none; more items than room keep the first
+// ones and the count; a failed read sets the count to 0.
 TEST_F(IniRead, NumberLists) {
   write_file("a.ini", "[s]\na=1,,3\nb=1,2,\nc=1.5, 2e1,x\nd=1,2,3\n");
-  int32_t l[4] = {9, 9, 9, 9};
-  int32_t count = 4;
-  EXPECT_EQ(ini_read_longs("a.ini", "s", "a", l, &count), INI_OK);
-  EXPECT_EQ(count, 3);
-  EXPECT_EQ(std::vector<int32_t>(l, l + 4), (std::vector<int32_t>{1, 0, 3, 9}));
-  count = 4;
-  EXPECT_EQ(ini_read_longs("a.ini", "s", "b", l, &count), INI_OK);
-  EXPECT_EQ(count, 2);
+  struct Row { const char* entry; int32_t room, code, count; std::vector<int32_t> items; };
+  for (const Row& r : {Row{"a", 4, INI_OK, 3, {1, 0, 3, 9}}, {"b", 4, INI_OK, 2, {1, 2, 9, 9}},
+                       {"d", 2, INI_TOO_SMALL, 2, {1, 2, 9, 9}},
+                       {"none", 2, INI_NO_ENTRY, 0, {9, 9, 9, 9}}}) {
+    int32_t l[4] = {9, 9, 9, 9};
+    int32_t count = r.room;
+    EXPECT_EQ(ini_read_longs("a.ini", "s", r.entry, l, &count), r.code) << r.entry;
+    EXPECT_EQ(count, r.count) << r.entry;
+    EXPECT_EQ(std::vector<int32_t>(l, l + 4), r.items) << r.entry;
+  }
   double d[3];
-  count = 3;
+  int32_t count = 3;
   EXPECT_EQ(ini_read_doubles("a.ini", "s", "c", d, &count), INI_OK);
   EXPECT_EQ(d[1] + d[2], 20.0);  // "2e1" and "x"
-
-  // More items than room: the first ones stay, the count keeps its value.
-  int32_t two[2] = {0, 0};
-  count = 2;
-  EXPECT_EQ(ini_read_longs("a.ini", "s", "d", two, &count), INI_TOO_SMALL);
-  EXPECT_EQ(count, 2);
-  EXPECT_EQ(two[1], 2);
-  // A failed read sets the count to 0.
-  count = 2;
-  EXPECT_EQ(ini_read_longs("a.ini", "s", "none", two, &count), INI_NO_ENTRY);
-  EXPECT_EQ(count, 0);
   EXPECT_EQ(ini_read_longs("a.ini", "s", "d", nullptr, &count), INI_TOO_SMALL);
 }
 
