@@ -148,24 +148,20 @@ TEST_F(Calc, DecimalsMinusOneRoundsToTens) {
 TEST_F(Calc, ErrorTextsFromTheSettingsFile) {
   char text[CALC_ERROR_TEXT_MAX + 1];
   int32_t number = -1;
-  calc_expression("1/0", nullptr, nullptr);
-  calc_error(&number, nullptr, nullptr, text);
-  EXPECT_EQ(number, 16);
-  EXPECT_STREQ(text, "Error in expression");
+  // The number and text of the error of the last expression, "-" if it is not asked for.
+  auto error_of = [&](const char* expression, bool ask_number = true) {
+    if (expression != nullptr) calc_expression(expression, nullptr, nullptr);
+    number = -1;
+    calc_error(ask_number ? &number : nullptr, nullptr, nullptr, text);
+    return (ask_number ? std::to_string(number) : "-") + " " + text;
+  };
+  EXPECT_EQ(error_of("1/0"), "16 Error in expression");
   tiv::test::write_file("zv2.ini", "[Calculator]\nf0=Alles gut\nf16=Division durch Null\nf1=" +
                                        std::string(150, 'y') + "\n");
-  calc_error(&number, nullptr, nullptr, text);
-  EXPECT_STREQ(text, "Division durch Null");
-  calc_expression("1+", nullptr, nullptr);
-  calc_error(&number, nullptr, nullptr, text);
-  EXPECT_EQ(number, 1);
-  EXPECT_EQ(std::string(text), std::string(100, 'y'));
-  calc_expression("1", nullptr, nullptr);
-  calc_error(&number, nullptr, nullptr, text);
-  EXPECT_STREQ(text, "Alles gut");
-  calc_expression("(1", nullptr, nullptr);
-  calc_error(nullptr, nullptr, nullptr, text);
-  EXPECT_STREQ(text, "Error in expression");
+  EXPECT_EQ(error_of(nullptr), "16 Division durch Null");  // read at each call
+  EXPECT_EQ(error_of("1+"), "1 " + std::string(100, 'y'));
+  EXPECT_EQ(error_of("1"), "0 Alles gut");
+  EXPECT_EQ(error_of("(1", false), "- Error in expression");
   EXPECT_FALSE(tiv::test::file_exists("zv.err"));  // expression failures are not logged
 }
 
