@@ -1,4 +1,5 @@
 // Opening catalogue files: names and paths, the header, item lists and factors.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <tivlib/profil.h>
@@ -8,8 +9,12 @@
 #include <string>
 
 #include "catalogue_fixture.h"
+#include "rows.h"
 
 namespace {
+
+using ::testing::DoubleEq;
+using ::testing::ElementsAre;
 
 using tiv::test::Catalogue;
 using tiv::test::write_file;
@@ -74,10 +79,8 @@ TEST_F(Catalogue, ItemsMapToValuePositionsWithFactors) {
   char result[PROFIL_RESULT_SIZE];
   ASSERT_EQ(profil_get(h, "AB", v, result), 0);
   EXPECT_STREQ(result, "AB 100x50");
-  EXPECT_DOUBLE_EQ(v[0], 0.1);
-  EXPECT_DOUBLE_EQ(v[1], 12.5e-4);
-  EXPECT_EQ(v[2], -1.0);        // no such column: exactly -1.0, factor or not
-  EXPECT_DOUBLE_EQ(v[3], -1e-8);  // "nil" is -1 times the factor
+  // No such column gives exactly -1.0, factor or not; "nil" is -1 times the factor.
+  EXPECT_THAT(v, ElementsAre(DoubleEq(0.1), DoubleEq(12.5e-4), -1.0, DoubleEq(-1e-8)));
 }
 
 TEST_F(Catalogue, DuplicateItemLeavesEarlierSlotUnsetAndNameColumnsGiveNothing) {
@@ -86,9 +89,7 @@ TEST_F(Catalogue, DuplicateItemLeavesEarlierSlotUnsetAndNameColumnsGiveNothing) 
   double v[3] = {0, 0, 0};
   char result[PROFIL_RESULT_SIZE];
   ASSERT_EQ(profil_get(h, "AB120", v, result), 0);
-  EXPECT_EQ(v[0], -1.0);
-  EXPECT_EQ(v[1], -1.0);
-  EXPECT_EQ(v[2], 15.0);
+  EXPECT_THAT(v, ElementsAre(-1.0, -1.0, 15.0));
 }
 
 TEST_F(Catalogue, ResetChangesItemsAndRewinds) {
@@ -104,8 +105,7 @@ TEST_F(Catalogue, ResetChangesItemsAndRewinds) {
   EXPECT_EQ(profil_reset(h, items, factors), 0);
   ASSERT_EQ(profil_next(h, v, result), 0);
   EXPECT_STREQ(result, "AB 100x50");
-  EXPECT_EQ(v[0], 500.0);
-  EXPECT_EQ(v[1], 100.0);
+  EXPECT_THAT(v, ElementsAre(500.0, 100.0));
   // Without items the list stays and the reader rewinds.
   ASSERT_EQ(profil_next(h, v, result), 0);
   EXPECT_EQ(profil_reset(h, nullptr, nullptr), 0);
@@ -120,26 +120,20 @@ TEST(ProfilFactors, TableValuesCaseAndUnknownNames) {
   const char* names[] = {"Iy", "iy", "Cm", "Styp", "unknown", "A", nullptr};
   double f[6] = {};
   profil_get_factors(names, f);
-  EXPECT_DOUBLE_EQ(f[0], 1e-8);
-  EXPECT_DOUBLE_EQ(f[1], 0.01);
-  EXPECT_DOUBLE_EQ(f[2], 1e-12);
-  EXPECT_EQ(f[3], 1.0);
-  EXPECT_EQ(f[4], 1.0);
-  EXPECT_DOUBLE_EQ(f[5], 1e-4);
+  EXPECT_THAT(f, ElementsAre(DoubleEq(1e-8), DoubleEq(0.01), DoubleEq(1e-12), 1.0, 1.0,
+                             DoubleEq(1e-4)));
   profil_get_factors(nullptr, f);  // no crash
 }
 
 TEST(ProfilConvertResult, SplitsAtFirstBlank) {
   char kind[PROFIL_PART_SIZE], size[PROFIL_PART_SIZE];
-  EXPECT_EQ(profil_convert_result("IPE 200 x", kind, size), kind);
-  EXPECT_STREQ(kind, "IPE");
-  EXPECT_STREQ(size, "200 x");
-  profil_convert_result("HEB", kind, size);
-  EXPECT_STREQ(kind, "HEB");
-  EXPECT_STREQ(size, "");
+  // Only the first 80 characters count.
   const std::string long_size = "K " + std::string(120, '9');
-  profil_convert_result(long_size.c_str(), kind, size);
-  EXPECT_EQ(std::string(size), std::string(78, '9'));  // only the first 80 characters count
+  for (const auto& [result, parts] : tiv::test::Rows<std::string, std::string>{
+           {"IPE 200 x", "IPE|200 x"}, {"HEB", "HEB|"}, {long_size, "K|" + std::string(78, '9')}}) {
+    EXPECT_EQ(profil_convert_result(result.c_str(), kind, size), kind);
+    EXPECT_EQ(std::string(kind) + "|" + size, parts);
+  }
 }
 
 }  // namespace
