@@ -14,7 +14,6 @@
 
 namespace {
 
-
 // Keys of the form "name:h" hash to h, so tests choose primary slots (h mod (size-1) + 1).
 int32_t chosen_hash(const char *key) {
     const char *colon = std::strchr(key, ':');
@@ -49,12 +48,10 @@ TEST(Hash, FullTableRefusesNewNamesButReplacesValues) {
     Table t(3);
     EXPECT_EQ(fill(t), 3);
     EXPECT_EQ(hash_put(t, "new", 9), -1);
-    intptr_t v = 0;
-    const int32_t at = hash_get(t, "k1", &v, nullptr);
-    EXPECT_EQ(v, 1);
+    const intptr_t at = lookup(t, "k1")[0];
+    EXPECT_EQ(lookup(t, "k1"), (Found{at, 1, 0}));
     EXPECT_EQ(hash_put(t, "k1", 42), at);
-    EXPECT_EQ(hash_get(t, "k1", &v, nullptr), at);
-    EXPECT_EQ(v, 42);
+    EXPECT_EQ(lookup(t, "k1"), (Found{at, 42, 0}));
 }
 
 TEST(Hash, DefaultFunctionCollisionAndAbsentNames) {
@@ -112,9 +109,7 @@ TEST(HashChain, ParentWithOpenChildIsNotClosed) {
     hash_table *child = hash_open(2, 5, nullptr, parent);
     hash_put(parent, "p", 7);
     hash_close(parent);  // refused: it still has a child
-    intptr_t v = 0;
-    EXPECT_GE(hash_get(parent, "p", &v, nullptr), 0);
-    EXPECT_EQ(v, 7);
+    EXPECT_EQ(lookup(parent, "p")[1], 7);
     hash_close(child);
     EXPECT_EQ(parent->children, 0);
     hash_close(parent);  // the leak checker sees a refused close here
@@ -126,12 +121,10 @@ TEST(HashRemoval, HoleOnTheProbePath) {
     EXPECT_EQ(hash_put(t, "A:2", 1), 3);
     EXPECT_EQ(hash_put(t, "B:2", 2), 6);
     EXPECT_EQ(hash_remove_name(t, "A:2"), 3);
-    intptr_t v = 0;
-    EXPECT_EQ(hash_get(t, "B:2", &v, nullptr), 6);  // the hole does not hide B
-    EXPECT_EQ(hash_remove_name(t, "B:2"), -1);      // the storing probe stops at the hole
-    EXPECT_EQ(hash_put(t, "B:2", 3), 3);            // a second B, in the hole
-    EXPECT_EQ(hash_get(t, "B:2", &v, nullptr), 3);
-    EXPECT_EQ(v, 3);
+    EXPECT_EQ(lookup(t, "B:2"), (Found{6, 2, 0}));  // the hole does not hide B
+    EXPECT_EQ(hash_remove_name(t, "B:2"), -1);     // the storing probe stops at the hole
+    EXPECT_EQ(hash_put(t, "B:2", 3), 3);           // a second B, in the hole
+    EXPECT_EQ(lookup(t, "B:2"), (Found{3, 3, 0}));
     EXPECT_EQ(hash_remove_index(t, 6), 6);
     for (int32_t index : {6, 11, -1}) EXPECT_EQ(hash_remove_index(t, index), -1);
     EXPECT_EQ(hash_remove_index(nullptr, 3), -1);
