@@ -7,17 +7,12 @@ namespace {
 using Calc = InTempDir;
 
 TEST_F(Calc, EvaluatesEachArgument) {
-  Outcome r = tiv({"calc", "--decimals", "2", "3.14159", "2/3"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out, "3.14\n0.67\n");
-  EXPECT_EQ(r.err, "");
+  expect_run(tiv({"calc", "--decimals", "2", "3.14159", "2/3"}), 0, "3.14\n0.67\n");
 }
 
 TEST_F(Calc, AnErrorShowsItsNumberColumnAndACaret) {
-  Outcome r = tiv({"calc", "1 + x", "3"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.out, "3\n");
-  EXPECT_EQ(r.err, "tiv: error 1 at column 5: Error in expression\n  1 + x\n      ^\n");
+  expect_run(tiv({"calc", "1 + x", "3"}), 3, "3\n",
+             "tiv: error 1 at column 5: Error in expression\n  1 + x\n      ^\n");
   EXPECT_FALSE(file_exists("zv.err"));
 }
 
@@ -25,10 +20,8 @@ using Scan = InTempDir;
 
 TEST_F(Scan, PrintsOneTokenALine) {
   write_file("in.txt", "IF x >= 12");
-  Outcome r = tiv({"scan", "in.txt", "--flags", "relations", "--keywords", "IF"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out, "1:1 keyword IF\n1:4 identifier x\n1:6 greaterequal >=\n1:9 long 12\n1:11 eof\n");
-  EXPECT_EQ(r.err, "");
+  expect_run(tiv({"scan", "in.txt", "--flags", "relations", "--keywords", "IF"}), 0,
+             "1:1 keyword IF\n1:4 identifier x\n1:6 greaterequal >=\n1:9 long 12\n1:11 eof\n");
 }
 
 TEST_F(Scan, RejectsUnknownFlags) {
@@ -41,10 +34,8 @@ using Fio = InTempDir;
 
 TEST_F(Fio, ShowsTheHeaderAndTheByteOrder) {
   write_file("intel.bin", std::string("1.1  @zvINTEL   ") + std::string(8, '\0'));
-  Outcome r = tiv({"fio", "header", "intel.bin"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out,
-            "file        intel.bin\n"
+  expect_run(tiv({"fio", "header", "intel.bin"}), 0,
+             "file        intel.bin\n"
             "header      yes\n"
             "signature   \"1.1  @zv\"\n"
             "tag         \"INTEL   \"\n"

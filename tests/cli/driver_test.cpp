@@ -17,10 +17,8 @@ TEST_F(Driver, HelpListsEveryFamilyAndTheExitCodes) {
 }
 
 TEST_F(Driver, UsageErrorsNameTheCommandToAskForHelp) {
-  Outcome r = tiv({"frobnicate"});
-  EXPECT_EQ(r.code, 2);
-  EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, "tiv: The following argument was not expected: frobnicate\nRun 'tiv --help' for usage.\n");
+  expect_run(tiv({"frobnicate"}), 2, "",
+             "tiv: The following argument was not expected: frobnicate\nRun 'tiv --help' for usage.\n");
 }
 
 // zv.err stays only after a run in which the library reported something, and is pointed to.
@@ -30,11 +28,9 @@ TEST_F(Driver, TheLogIsKeptOnlyWhenTheLibraryReported) {
   EXPECT_FALSE(file_exists("zv.err"));
 
   write_file("bad.env", "[A]\n  x =1\n}\n");
-  Outcome r = tiv({"env", "check", "bad.env"});
-  EXPECT_EQ(r.code, 3);
-  EXPECT_EQ(r.err,
-            "tiv: bad.env:3: syntax error: a section header \"[name]\" was expected\n"
-            "tiv: note: the library wrote a report to zv.err\n");
+  expect_exit(tiv({"env", "check", "bad.env"}), 3,
+              "tiv: bad.env:3: syntax error: a section header \"[name]\" was expected\n"
+              "tiv: note: the library wrote a report to zv.err\n");
   EXPECT_NE(read_file("zv.err").find("  Section waited!\n"), std::string::npos);
 }
 

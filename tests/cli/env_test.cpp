@@ -18,9 +18,7 @@ class Env : public InTempDir {
 };
 
 TEST_F(Env, SetWritesTheFileBackInNormalForm) {
-  Outcome r = tiv({"env", "set", "wall.env", "Wall", "layer@1@thickness", "0.12"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out + r.err, "");
+  expect_run(tiv({"env", "set", "wall.env", "Wall", "layer@1@thickness", "0.12"}), 0, "");
   EXPECT_EQ(read_file("wall.env"),
             "[Wall]\n"
             "  height =2.75\n"

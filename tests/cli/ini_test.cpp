@@ -12,9 +12,7 @@ class Ini : public InTempDir {
 };
 
 TEST_F(Ini, SetNormalisesInFrontOfTheChangeAndKeepsTheRest) {
-  Outcome r = tiv({"ini", "set", "s.ini", "one", "y", "9"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out + r.err, "");
+  expect_run(tiv({"ini", "set", "s.ini", "one", "y", "9"}), 0, "");
   EXPECT_EQ(read_file("s.ini"), "; top\na = 1\n\n[one]\nx= 1\ny=9\n");
 }
 

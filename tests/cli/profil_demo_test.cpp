@@ -24,12 +24,9 @@ class Profil : public InTempDir {
 };
 
 TEST_F(Profil, GetShowsTheFirstSectionLargeEnough) {
-  Outcome r = profil({"get", "rhs 110"});
-  EXPECT_EQ(r.code, 0);
-  EXPECT_EQ(r.out, "Kind  Size    h    b   A     Iy\nRHS   120x60  120  60  16.4  293\n");
-  r = profil({"get", "RHS 999"});
-  EXPECT_EQ(r.code, 1);
-  EXPECT_EQ(r.err, "tiv: no section matches 'RHS 999'\n");
+  expect_run(profil({"get", "rhs 110"}), 0,
+             "Kind  Size    h    b   A     Iy\nRHS   120x60  120  60  16.4  293\n");
+  expect_exit(profil({"get", "RHS 999"}), 1, "tiv: no section matches 'RHS 999'\n");
 }
 
 using Demo = InTempDir;
