@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "scoped_env.h"
 #include "test_dir.h"
 #include "write_limit.h"
 
@@ -71,7 +72,7 @@ TEST_F(IoFailure, CopyReportsEveryShortWrite) {
 TEST_F(IoFailure, SettingsRewriteNeverLeavesATruncatedFile) {
   const std::filesystem::path tmp = dir_.path() / "tmp";
   std::filesystem::create_directory(tmp);
-  ::setenv("TMPDIR", tmp.c_str(), 1);
+  const ScopedEnv tmpdir("TMPDIR", tmp.c_str());
   const std::string before = "[first]\n" + numbered_lines(20, "a") + "[s]\ne=1\n" +
                              numbered_lines(30, "b");
   write_file("a.ini", before);
@@ -96,7 +97,6 @@ TEST_F(IoFailure, SettingsRewriteNeverLeavesATruncatedFile) {
     }
     EXPECT_EQ(left, 0);
   }
-  ::unsetenv("TMPDIR");
 }
 
 // env_write_file has no result: a full disk leaves a prefix of the text form, the tree stays

@@ -3,8 +3,10 @@
 #include <tivlib/fio.h>
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 
+#include "rows.h"
 #include "test_dir.h"
 
 namespace tiv::test {
@@ -36,25 +38,17 @@ class PlatformEdges : public InTempDir {
 
 TEST_F(PlatformEdges, TemporaryNamesFollowTmpdirOrFallBackToTmp) {
   const std::string here = dir_.path().string();
-  struct Case {
-    bool set;
-    std::string tmpdir;
-    std::string directory;
-  };
-  const Case cases[] = {
-      {false, "", drive_form("/tmp")},
-      {true, "", drive_form("/tmp")},
-      {true, "relative/dir", drive_form("/tmp")},
-      {true, here, drive_form(here)},
-      {true, here + "///", drive_form(here)},
-      {true, "/", "C:"},
-  };
-  for (const Case& c : cases) {
-    if (c.set)
-      ::setenv("TMPDIR", c.tmpdir.c_str(), 1);
-    else
+  // TMPDIR (unset when absent) and the directory part of the names.
+  for (const auto& [tmpdir, directory] : Rows<std::optional<std::string>, std::string>{
+           {std::nullopt, drive_form("/tmp")}, {"", drive_form("/tmp")},
+           {"relative/dir", drive_form("/tmp")}, {here, drive_form(here)},
+           {here + "///", drive_form(here)}, {"/", "C:"}}) {
+    if (tmpdir) {
+      ::setenv("TMPDIR", tmpdir->c_str(), 1);
+    } else {
       ::unsetenv("TMPDIR");
-    EXPECT_EQ(temporary_directory(), c.directory) << (c.set ? c.tmpdir : "(unset)");
+    }
+    EXPECT_EQ(temporary_directory(), directory) << tmpdir.value_or("(unset)");
   }
   // A directory too long for the drive form of a temporary name falls back to /tmp.
   const std::string deep = "/" + std::string(250, 'd');
