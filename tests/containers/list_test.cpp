@@ -54,8 +54,7 @@ class ListTest : public tiv::test::InTempDir {
 
 TEST_F(ListTest, InsertionsSetEveryLink) {
     list_insert_before(&list, nullptr, &b);  // on an empty list: both links nil
-    EXPECT_EQ(b.prev, nullptr);
-    EXPECT_EQ(b.next, nullptr);
+    EXPECT_EQ((std::vector<void *>{b.prev, b.next}), (std::vector<void *>(2, nullptr)));
     list_insert_before(&list, &b, &a);  // before first
     list_insert_after(&list, &b, &d);   // after last
     list_insert_before(&list, &d, &c);  // between

@@ -56,8 +56,7 @@ TEST_F(IniRead, ValueAgainstBufferSize) {
   EXPECT_EQ(size, 4);
   size = 3;
   EXPECT_EQ(ini_read_string("a.ini", "s", "e", buf, &size), INI_TOO_SMALL);
-  EXPECT_STREQ(buf, "abc");
-  EXPECT_EQ(size, 3);
+  EXPECT_EQ(std::string(buf) + "/" + std::to_string(size), "abc/3");
   EXPECT_EQ(ini_read_string("a.ini", "s", "e", nullptr, &size), INI_TOO_SMALL);
 }
 
