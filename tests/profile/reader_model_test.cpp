@@ -19,19 +19,15 @@ struct Case {
   std::vector<std::string> rows;  // "kind size=c2" as delivered by profil_next
 };
 
-std::string repeated(const std::string& row, int n) {
-  std::string s;
-  for (int i = 0; i < n; ++i) s += row;
-  return s;
-}
-
 TEST_F(Catalogue, ReaderSplitsFieldsAndRows) {
   const std::string long_field(40, '7');
+  std::string many;  // more than the read window
+  for (int i = 0; i < 3000; ++i) many += "KQ " + long_field + " 4.25\r\n";
   const std::vector<Case> cases = {
       {"A\t1 \t 2.5\r\nB  2\n\n3\n", {"A 1=2.5", "B 2=3"}},
       {"A 1 1\r5\nB 2 nil\n", {"A 1=1", "B 2=-1"}},
       {"A 1 2\n\xff" "B 2 3\n", {"A 1=2"}},
-      {repeated("KQ " + long_field + " 4.25\r\n", 3000), std::vector<std::string>(3000, "KQ " + long_field + "=4.25")},
+      {many, std::vector<std::string>(3000, "KQ " + long_field + "=4.25")},
   };
   for (const Case& c : cases) {
     profil_handle* h = open("r.pro", "K S c2\n" + c.body, {"c2"});
