@@ -20,8 +20,12 @@ bool log_has_error(const std::string& text) {
 }
 
 TEST_F(Heap, SmartFreeFreesAndClearsTheVariableAndReportsANilReference) {
-  void* block = heap_malloc(16);
+  void* block = heap_malloc(4);
   ASSERT_NE(block, nullptr);
+  std::memcpy(block, "abc", 4);
+  block = heap_realloc(block, 4096);  // keeps the content
+  ASSERT_NE(block, nullptr);
+  EXPECT_STREQ(static_cast<char*>(block), "abc");
   heap_smart_free(&block);
   EXPECT_EQ(block, nullptr);
   heap_smart_free(&block);  // holds nil: nothing happens

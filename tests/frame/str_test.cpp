@@ -64,6 +64,10 @@ TEST(StrSearch, FirstAndLastCharacterAsAddressOrIndex) {
     EXPECT_EQ(str_irchr(text, c), last) << c;
     EXPECT_EQ(str_rchr(text, c), last < 0 ? nullptr : text + last) << c;
   }
+  EXPECT_EQ(str_pos(s, "cab"), s + 2);
+  EXPECT_EQ(str_ipos(s, "cab"), 2);
+  EXPECT_EQ(str_pos(s, "cb"), nullptr);
+  EXPECT_EQ(str_ipos(s, "abcabcx"), -1);
 }
 
 TEST(StrCompare, ExactlyMinusOneZeroOneAsUnsignedBytes) {

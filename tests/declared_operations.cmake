@@ -1,0 +1,15 @@
+# Sets `declared` to the names of the operations the public headers in HEADERS declare with
+# TIV_API (one declaration a line, name before its parenthesis).
+file(GLOB headers ${HEADERS}/*.h)
+set(declared)
+foreach(h IN LISTS headers)
+  file(READ ${h} text)
+  string(REGEX MATCHALL "TIV_API[^;(]*[ *]([A-Za-z_][A-Za-z0-9_]*)[ ]*\\(" decls "${text}")
+  foreach(d IN LISTS decls)
+    string(REGEX REPLACE ".*[ *]([A-Za-z_][A-Za-z0-9_]*)[ ]*\\($" "\\1" name "${d}")
+    if(NOT name MATCHES "^__")
+      list(APPEND declared ${name})
+    endif()
+  endforeach()
+endforeach()
+list(REMOVE_DUPLICATES declared)
