@@ -108,22 +108,15 @@ int32_t env_put_format(env_handle* env, const char* section, const char* path,
   return env_put(env, section, path, text);
 }
 
+// A single number is written as a list of one: the same text, without a ",".
 int32_t env_put_double(env_handle* env, const char* section, const char* path,
                        double value) noexcept {
-  char text[kNumberMax + 1] = {};
-  char digits[kNumberMax];
-  const std::string_view s = format_number(value, digits);
-  std::memcpy(text, s.data(), s.size());
-  return env_put(env, section, path, text);
+  return put_number_list(env, section, path, 1, &value);
 }
 
 int32_t env_put_long(env_handle* env, const char* section, const char* path,
                      int32_t value) noexcept {
-  char text[kNumberMax + 1] = {};
-  char digits[kNumberMax];
-  const std::string_view s = format_number(value, digits);
-  std::memcpy(text, s.data(), s.size());
-  return env_put(env, section, path, text);
+  return put_number_list(env, section, path, 1, &value);
 }
 
 int32_t env_put_doubles(env_handle* env, const char* section, const char* path, int32_t count,
