@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <tivlib/ini.h>
@@ -139,11 +140,20 @@ TEST_F(IniRead, RwFamilyGuardsNilArguments) {
   EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", nullptr, &count), INI_TOO_SMALL);
   int32_t one[1];
   EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", one, nullptr), INI_TOO_SMALL);
-  int32_t l = 12;
-  double d = 1.5;
+  int32_t l = 0;
+  double d = 0;
+  EXPECT_EQ(ini_rw_long(0, "a.ini", "s", "l", &l), INI_OK);
+  EXPECT_EQ(ini_rw_double(0, "a.ini", "s", "d", &d), INI_OK);
+  EXPECT_EQ(ini_rw_longs(0, "a.ini", "s", "l", one, &count), INI_OK);
+  EXPECT_EQ(std::tuple(l, d, one[0], count), std::tuple(4, 2.5, 4, 1));
+  l = 12;
+  d = 1.5;
+  int32_t ls[] = {1, -2};
+  count = 2;
   EXPECT_EQ(ini_rw_long(1, "a.ini", "s", "l", &l), INI_OK);
   EXPECT_EQ(ini_rw_double(1, "a.ini", "s", "d", &d), INI_OK);
-  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=1.500000\n");
+  EXPECT_EQ(ini_rw_longs(1, "a.ini", "s", "ls", ls, &count), INI_OK);
+  EXPECT_EQ(tiv::test::read_file("a.ini"), "[s]\nl=12\nd=1.500000\nls=1,-2\n");
 }
 
 // The flag picks the direction: a read fills the caller's buffer or array, a write puts the
