@@ -6,12 +6,15 @@
 // end of the line for failures and has no second channel.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
 namespace tiv::frame {
 
 inline constexpr const char* kLogName = "zv.err";
+// Longest file name a host may choose for the log.
+inline constexpr std::size_t kLogPathMax = 4095;
 
 // One record being written. Writes on a log that could not be opened do nothing.
 class LogRecord {
@@ -33,5 +36,10 @@ class LogRecord {
 
 // How many times the log has been opened since the library was loaded.
 uint32_t errlog_opens() noexcept;
+
+// Chooses where later records go: nil switches the log off, "" restores zv.err in the working
+// directory, any other name is that file (emptied by its first record). False, and nothing
+// changed, for a name longer than kLogPathMax.
+bool set_log_place(const char* path) noexcept;
 
 }  // namespace tiv::frame

@@ -167,5 +167,23 @@ TEST_F(Log, TwentyFramesFitTheTwentyFirstTurnsTheTraceOff) {
   });
 }
 
+TEST_F(Log, HostChoosesThePlaceOrSwitchesItOff) {
+  zv_message("before", nullptr, nullptr, "S", 1);
+  write_file("elsewhere.log", "old\n");
+  ASSERT_EQ(zv_set_log_file("elsewhere.log"), 0);
+  zv_message("one", nullptr, nullptr, "S", 2);  // the first record there empties it
+  zv_message("two", nullptr, nullptr, "S", 3);
+  ASSERT_EQ(zv_set_log_file(nullptr), 0);
+  zv_message("dropped", nullptr, nullptr, "S", 4);
+  EXPECT_EQ(zv_set_log_file(std::string(ZV_LOG_PATH_MAX + 1, 'x').c_str()), -1);
+  zv_message("still dropped", nullptr, nullptr, "S", 5);
+  ASSERT_EQ(zv_set_log_file(""), 0);
+  zv_message("back", nullptr, nullptr, "S", 6);
+  EXPECT_EQ(read_file("elsewhere.log"),
+            "> MESSAGE in \"S\" line 2:\n  one!\n\n\n> MESSAGE in \"S\" line 3:\n  two!\n\n\n");
+  EXPECT_EQ(log_text(), "> MESSAGE in \"S\" line 1:\n  before!\n\n\n"
+                        "> MESSAGE in \"S\" line 6:\n  back!\n\n\n");
+}
+
 }  // namespace
 }  // namespace tiv::test
