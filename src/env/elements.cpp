@@ -175,11 +175,11 @@ int32_t env_count_elements(env_handle* env, const char* section, const char* pat
 int32_t env_check(env_handle* env, const char* section, const char* path,
                   int32_t exact) noexcept {
   if (!enter(env, __LINE__)) return ENV_ERROR;
+  // A root without a section answers for its list of sections; a path is not read then.
+  if (!env->is_subenv && section == nullptr)
+    return top_block(env)->first != nullptr ? ENV_IS_BLOCK : ENV_NOT_FOUND;
   if (path == nullptr) {
-    if (!env->is_subenv) {
-      if (section == nullptr) return top_block(env)->first != nullptr ? ENV_IS_BLOCK : ENV_NOT_FOUND;
-      return find_section(env, section) != nullptr ? ENV_IS_BLOCK : ENV_NOT_FOUND;
-    }
+    if (!env->is_subenv) return find_section(env, section) != nullptr ? ENV_IS_BLOCK : ENV_NOT_FOUND;
     const Element* e = anchor_element(env);
     if (e->kind != kBlock) return kind_status(e);
     const Block* b = child_block(e);

@@ -37,7 +37,8 @@ std::string_view format_number(int32_t value, char (&out)[kNumberMax]) {
 class ListText {
  public:
   void add(std::string_view piece) {
-    if (refused_ || piece.size() >= kTextMax - length_) {
+    // The room left counts the whole buffer, the terminator's byte included.
+    if (refused_ || piece.size() >= sizeof text_ - length_) {
       refused_ = true;
       return;
     }

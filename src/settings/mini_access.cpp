@@ -102,7 +102,7 @@ extern "C" int32_t mini_write_string(mini_file* handle, const char* section, con
   char name[kNameMax + 1];
   trimmed_copy(name, section, kNameMax);
   // A section the file holds but memory couldn't take is not created anew: its entries would
-  // replace those of the file at the update.
+  // replace those of the file at the update. A file that can't be opened holds none.
   Lookup how = Lookup::found;
   mini_section* s = find_or_load(handle, name, &how);
   if (s == nullptr && how == Lookup::unusable) return INI_ERROR;

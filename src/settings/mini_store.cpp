@@ -123,8 +123,10 @@ mini_section* find_or_load(mini_file* handle, const char* name, Lookup* how) {
   *how = Lookup::found;
   if (mini_section* s = find_loaded(handle, name)) return s;
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
+  // A file that can't be opened (missing, a directory, no permission) holds no section that a
+  // write could replace: what the update later does with it is the update's own result.
   if (in == nullptr) {
-    *how = file_exists(handle) ? Lookup::unusable : Lookup::absent;
+    *how = Lookup::absent;
     return nullptr;
   }
   char text[kLineBuffer];

@@ -83,7 +83,8 @@ TEST_F(EnvElements, DeleteKeepsTheListWhole) {
 
 TEST_F(EnvElements, CheckExistAndDataLength) {
   for (const auto& [address, want] : Rows<std::pair<const char*, const char*>, int32_t>{
-           {{nullptr, nullptr}, ENV_IS_BLOCK}, {{"t", nullptr}, ENV_IS_BLOCK},
+           {{nullptr, nullptr}, ENV_IS_BLOCK}, {{nullptr, "zz"}, ENV_IS_BLOCK},
+           {{nullptr, "a"}, ENV_IS_BLOCK}, {{"t", nullptr}, ENV_IS_BLOCK},
            {{"s", "b"}, ENV_IS_BLOCK}, {{"s", "a"}, ENV_IS_DATA}, {{"s", "@"}, ENV_NOT_FOUND}})
     EXPECT_EQ(env_check(env_, address.first, address.second, 1), want) << address.second;
   env_handle* t = env_open_subenv(env_, "t", nullptr, 1);
@@ -95,6 +96,15 @@ TEST_F(EnvElements, CheckExistAndDataLength) {
   env_put_external(env_, "s", "e", 5);
   EXPECT_EQ(env_exist_external(env_, "s", "e", 1), 1);
   EXPECT_EQ(env_exist(nullptr, "s", "a", 1), 0);
+  // A root without a section answers for its sections whatever the path; the listing there
+  // names the sections.
+  EXPECT_EQ(env_exist(env_, nullptr, "zz", 1), 1);
+  EXPECT_EQ(env_exist_block(env_, nullptr, "zz", 1), 1);
+  char names[64];
+  EXPECT_EQ(env_list_elem_names(env_, nullptr, "zz", 1, ',', sizeof names, names), ENV_OK);
+  EXPECT_STREQ(names, "s,t,");
+  Root empty{0, nullptr};
+  EXPECT_EQ(env_check(empty, nullptr, "zz", 1), ENV_NOT_FOUND);
   // The data length falls through to the parent; check and exist do not.
   Root child{1, env_};
   EXPECT_EQ(env_data_length(child, "s", "a@2", 1), 1);

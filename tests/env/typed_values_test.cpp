@@ -4,6 +4,7 @@
 #include <clocale>
 #include <cstring>
 #include <string>
+#include <vector>
 #include <tuple>
 
 #include "env_test_util.h"
@@ -245,6 +246,19 @@ TEST_F(EnvValues, ListsAndFormatsAreCutAtTheTextLimit) {
   int32_t back[300];
   int32_t count = 300;
   EXPECT_EQ(env_get_longs(env_, "s", "l", 1, &count, back), ENV_BAD_FORMAT);
+  // A list text of exactly 1023 characters is stored whole; one more character is cut.
+  std::vector<int32_t> sevens(128, 1234567);  // 128 items of 7 and 127 commas
+  EXPECT_EQ(env_put_longs(env_, "s", "l", 128, sevens.data()), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "l").size(), 1023u);
+  const std::vector<double> ones(512, 1.0);
+  EXPECT_EQ(env_put_doubles(env_, "s", "l", 512, ones.data()), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "l").size(), 1023u);
+  EXPECT_EQ(env_put_doubles(env_, "s", "l", 513, std::vector<double>(513, 1.0).data()), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "l").size(), 1023u);  // the 513th item does not fit
+  const std::string longest(1023, 'w');
+  const char* one[] = {longest.c_str()};
+  EXPECT_EQ(env_put_strings(env_, "s", "l", 1, one), ENV_OK);
+  EXPECT_EQ(get_text(env_, "s", "l"), longest);
   // A formatted text holds 1023 characters at most.
   EXPECT_EQ(env_put_format(env_, "s", "f", "%s", std::string(1023, 'x').c_str()), ENV_OK);
   EXPECT_EQ(env_data_length(env_, "s", "f", 1), 1023);

@@ -55,6 +55,15 @@ TEST_F(Mini, PlaceOfTheFile) {
   EXPECT_EQ(get(h, "s", "e"), "in d");
   mini_close(&h);
   EXPECT_EQ(mini_open(nullptr, "missing.ini", MINI_READ_ONLY), nullptr);
+  // A name that exists but is no file gives a good handle; a write creates its section in
+  // memory, and the update leaves the directory alone.
+  h = mini_open(nullptr, "d", 0);
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(mini_write_string(h, "s", "e", "v"), INI_OK);
+  EXPECT_EQ(get(h, "s", "e"), "v");
+  EXPECT_EQ(mini_update_file(h), 0);
+  EXPECT_TRUE(std::filesystem::is_directory("d"));
+  mini_close(&h);
 }
 
 TEST_F(Mini, ReadsSetTheSizeAndKeepCountsOnFailure) {
