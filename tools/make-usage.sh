@@ -51,11 +51,10 @@ Conventions:
 - `--json` prints structured results (values, lists, dumps, tokens, headers, catalogue rows) as
   JSON for scripts.
 - Lines and columns that `tiv` prints count from 1.
-- The library's log `zv.err`: the library writes it in the working directory only when it reports
-  something (a syntax error, a malformed settings line, a settings file that is missing). `tiv`
-  leaves a `zv.err` that it did not write exactly as it was, removes one that it created and
-  left empty, and keeps one that the library wrote during the run, saying so on standard error
-  (`tiv: note: the library wrote a report to zv.err`).
+- The library's log: `tiv` points it (`zv_set_log_file`) into a private temporary directory of
+  the run, removed at the end. When a command fails, what the library reported follows the
+  message on standard error (`tiv: the library reported:`). A `zv.err` in the working directory
+  is never created, emptied or overwritten.
 - A value that begins with a minus sign and a letter or a parenthesis needs `--` in front of
   it, as with other Unix tools: `tiv calc -- "-(2+3)"`. Negative numbers pass as they are.
 - Numbers are read and written in the C locale whatever locale is set.

@@ -60,8 +60,9 @@ TIV_API void zv_clear_quit_request(void) TIV_NOEXCEPT;
 /* Where the failure log goes. Without a call, records go to zv.err in the working directory.
  * path: nil switches the log off (records are dropped); "" restores zv.err in the working
  * directory; any other text names the file that takes the records from now on (the first
- * record written there empties it, later ones append). Gives 0, or -1 for a name longer than
- * ZV_LOG_PATH_MAX characters, the place unchanged. Reports nothing. */
+ * record written to a new name empties it, later ones append; naming again the file chosen
+ * before, after switching the log off for a while, appends to it). Gives 0, or -1 for a name
+ * longer than ZV_LOG_PATH_MAX characters, the place unchanged. Reports nothing. */
 #define ZV_LOG_PATH_MAX 4095
 TIV_API int32_t zv_set_log_file(const char *path) TIV_NOEXCEPT;
 

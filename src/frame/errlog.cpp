@@ -72,9 +72,13 @@ bool set_log_place(const char* path) noexcept {
     place.kind = LogPlace::Kind::standard;
     return true;
   }
-  std::memcpy(place.path, path, length + 1);
+  // The place it had before (perhaps before the log was switched off) is kept as it is: only
+  // a new place is emptied by its first record.
+  if (std::strcmp(place.path, path) != 0) {
+    std::memcpy(place.path, path, length + 1);
+    place.opens_here = 0;
+  }
   place.kind = LogPlace::Kind::file;
-  place.opens_here = 0;
   return true;
 }
 

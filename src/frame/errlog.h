@@ -38,8 +38,9 @@ class LogRecord {
 uint32_t errlog_opens() noexcept;
 
 // Chooses where later records go: nil switches the log off, "" restores zv.err in the working
-// directory, any other name is that file (emptied by its first record). False, and nothing
-// changed, for a name longer than kLogPathMax.
+// directory, any other name is that file (a new name is emptied by its first record; the name
+// chosen before is taken up again where it was). False, and nothing changed, for a name longer
+// than kLogPathMax.
 bool set_log_place(const char* path) noexcept;
 
 }  // namespace tiv::frame

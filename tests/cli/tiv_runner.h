@@ -21,18 +21,21 @@ struct Outcome {
   std::string err;
 };
 
-// Runs tiv with the arguments, standard input empty, and collects both output streams.
-inline Outcome tiv(const std::vector<std::string>& args) {
-  int out_pipe[2], err_pipe[2];
-  if (::pipe(out_pipe) != 0 || ::pipe(err_pipe) != 0) std::abort();
+// Runs tiv with the arguments and `input` (at most a pipe's worth) on standard input, and
+// collects both output streams.
+inline Outcome tiv(const std::vector<std::string>& args, const std::string& input = {}) {
+  int out_pipe[2], err_pipe[2], in_pipe[2];
+  if (::pipe(out_pipe) != 0 || ::pipe(err_pipe) != 0 || ::pipe(in_pipe) != 0) std::abort();
+  if (::write(in_pipe[1], input.data(), input.size()) != static_cast<ssize_t>(input.size())) std::abort();
+  ::close(in_pipe[1]);
   const pid_t pid = ::fork();
   if (pid < 0) std::abort();
   if (pid == 0) {
-    const int null_fd = ::open("/dev/null", O_RDONLY);
-    ::dup2(null_fd, 0);
+    const int in_fd = in_pipe[0];
+    ::dup2(in_fd, 0);
     ::dup2(out_pipe[1], 1);
     ::dup2(err_pipe[1], 2);
-    for (int fd : {null_fd, out_pipe[0], out_pipe[1], err_pipe[0], err_pipe[1]}) ::close(fd);
+    for (int fd : {in_fd, out_pipe[0], out_pipe[1], err_pipe[0], err_pipe[1]}) ::close(fd);
     // The library's settings lookups read these; a test sees only what it sets itself.
     for (const char* name : {"zv", "ZV", "TIV_EXAMPLES"}) ::unsetenv(name);
     std::vector<std::string> words = args;
@@ -43,6 +46,7 @@ inline Outcome tiv(const std::vector<std::string>& args) {
     ::execv(argv[0], argv.data());
     ::_exit(127);
   }
+  ::close(in_pipe[0]);
   ::close(out_pipe[1]);
   ::close(err_pipe[1]);
   Outcome run;

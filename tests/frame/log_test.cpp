@@ -177,10 +177,13 @@ TEST_F(Log, HostChoosesThePlaceOrSwitchesItOff) {
   zv_message("dropped", nullptr, nullptr, "S", 4);
   EXPECT_EQ(zv_set_log_file(std::string(ZV_LOG_PATH_MAX + 1, 'x').c_str()), -1);
   zv_message("still dropped", nullptr, nullptr, "S", 5);
+  ASSERT_EQ(zv_set_log_file("elsewhere.log"), 0);  // the same place again: appended to
+  zv_message("three", nullptr, nullptr, "S", 7);
   ASSERT_EQ(zv_set_log_file(""), 0);
   zv_message("back", nullptr, nullptr, "S", 6);
   EXPECT_EQ(read_file("elsewhere.log"),
-            "> MESSAGE in \"S\" line 2:\n  one!\n\n\n> MESSAGE in \"S\" line 3:\n  two!\n\n\n");
+            "> MESSAGE in \"S\" line 2:\n  one!\n\n\n> MESSAGE in \"S\" line 3:\n  two!\n\n\n"
+            "> MESSAGE in \"S\" line 7:\n  three!\n\n\n");
   EXPECT_EQ(log_text(), "> MESSAGE in \"S\" line 1:\n  before!\n\n\n"
                         "> MESSAGE in \"S\" line 6:\n  back!\n\n\n");
 }

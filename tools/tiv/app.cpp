@@ -7,6 +7,7 @@
 #include <tivlib/types.h>
 
 #include "commands.h"
+#include "encoding.h"
 
 namespace tiv::cli {
 
@@ -17,8 +18,10 @@ constexpr const char* kOverview =
 
 constexpr const char* kFooter =
     "Exit codes: 0 done, 1 not found, 2 usage, 3 bad format, 4 I/O error.\n"
-    "Messages go to standard error as \"tiv: FILE:LINE: message\". The library's log zv.err\n"
-    "is left in the working directory only when the library reported something.\n"
+    "Messages go to standard error as \"tiv: FILE:LINE: message\". What the library reports\n"
+    "goes to a private log of the run, shown on standard error when a command fails; a zv.err\n"
+    "in the working directory is never touched.\n"
+    "Files may hold CR LF line ends and Windows-1252 bytes (see --encoding); - is standard input.\n"
     "Run 'tiv COMMAND --help' for the options and an example of each command.";
 
 std::string version_text() {
@@ -53,6 +56,13 @@ void build(CLI::App& app, Session& session) {
   app.add_flag_callback(
       "--version", [] { throw CLI::CallForVersion(version_text(), 0); },
       "Show the version and exit");
+  app.add_option_function<std::string>(
+         "--encoding",
+         [](const std::string& name) { set_file_encoding(*parse_encoding(name)); },
+         "Code page of the files: cp1252 (default), cp437, latin1 or utf-8. JSON output is\n"
+         "UTF-8; values given for a change are written in this code page")
+      ->check(CLI::IsMember(std::vector<std::string>(std::begin(kEncodingNames), std::end(kEncodingNames))))
+      ->option_text("NAME");
   add_env_commands(app, session);
   add_ini_commands(app, session);
   add_calc_command(app, session);
@@ -67,6 +77,7 @@ void build(CLI::App& app, Session& session) {
 int run_command_line(const std::vector<std::string>& args, Session& session) {
   Context& ctx = session.ctx;
   ctx.exit_code = kDone;
+  set_file_encoding(Encoding::cp1252);
   CLI::App app{kOverview, "tiv"};
   try {
     build(app, session);
@@ -100,6 +111,9 @@ int run_command_line(const std::vector<std::string>& args, Session& session) {
     return std::max(ctx.exit_code, f.code);
   } catch (const std::bad_alloc&) {
     ctx.report(Failure{kIo, "out of memory"});
+    return kIo;
+  } catch (const std::exception& e) {
+    ctx.report(Failure{kIo, e.what()});
     return kIo;
   }
 }

@@ -7,6 +7,7 @@
 #include <tivlib/calc.h>
 
 #include "commands.h"
+#include "json_out.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -89,7 +90,7 @@ void run_calc(Session& s, const CalcArgs& a) {
       evaluate(s, line, shown, "<stdin>", number, sink);
     }
   }
-  if (a.json) s.ctx.out << json.dump(2) << '\n';
+  if (a.json) s.ctx.out << dump_json(json, 2) << '\n';
 }
 
 }  // namespace

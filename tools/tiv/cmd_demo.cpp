@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <ostream>
 #include <tivlib/fio.h>
+#include <tivlib/zv.h>
 
 #include "commands.h"
 #include "text.h"
@@ -125,8 +126,14 @@ void run_demo(Session& s, const std::string& given) {
     if (!replace_file("zv2.ini", "[System]\nProfile=catalog\n", error)) fail(kIo, "cannot write: " + error, "zv2.ini");
   }
 
-  // The tour has its own log watch: the library's reports land in the scratch directory.
+  // The tour has its own log watch: the library's reports land in the scratch directory, and
+  // go back to the run's own place when the tour ends.
   ErrLog log(scratch.path() / "zv.err");
+  struct LogPlace {
+    explicit LogPlace(const fs::path& tour, const fs::path& run) : run_(run) { zv_set_log_file(tour.c_str()); }
+    ~LogPlace() { zv_set_log_file(run_.c_str()); }
+    fs::path run_;
+  } place(log.path(), s.log.path());
   // Messages of the steps go to standard output too, so the tour reads as one transcript.
   Context ctx{s.ctx.out, s.ctx.out};
   Session nested{ctx, log};

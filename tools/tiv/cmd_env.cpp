@@ -3,12 +3,17 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <exception>
+
 #include <map>
 #include <ostream>
 #include <tivlib/env.h>
 
 #include "commands.h"
+#include "encoding.h"
 #include "env_file.h"
+#include "files.h"
+#include "json_out.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -97,7 +102,7 @@ void run_get(Session& s, const EnvArgs& a) {
       std::vector<std::string> names = split(buffer.c_str(), '\n');
       names.pop_back();  // every name is followed by the separator
       if (a.json) {
-        out << nlohmann::json(names).dump(2) << '\n';
+        out << dump_json(nlohmann::json(names), 2) << '\n';
       } else {
         for (const auto& n : names) out << n << '\n';
       }
@@ -142,7 +147,7 @@ void run_get(Session& s, const EnvArgs& a) {
       }
     }
     if (a.json) {
-      out << items.dump(2) << '\n';
+      out << dump_json(items, 2) << '\n';
     } else {
       for (const auto& l : lines) out << l << '\n';
     }
@@ -153,17 +158,17 @@ void run_get(Session& s, const EnvArgs& a) {
     double value = 0;
     std::int32_t code = env_get_double(env, sec, path, exact, &value);
     if (code < 0) read_failed(code, env, a.file, a.section, a.path, exact, "a number");
-    out << (a.json ? nlohmann::json(value).dump() : format_number(value)) << '\n';
+    out << (a.json ? dump_json(nlohmann::json(value)) : format_number(value)) << '\n';
   } else if (a.as_long) {
     std::int32_t value = 0;
     std::int32_t code = env_get_long(env, sec, path, exact, &value);
     if (code < 0) read_failed(code, env, a.file, a.section, a.path, exact, "a whole number");
-    out << (a.json ? nlohmann::json(value).dump() : std::to_string(value)) << '\n';
+    out << (a.json ? dump_json(nlohmann::json(value)) : std::to_string(value)) << '\n';
   } else {
     const char* text = nullptr;
     std::int32_t code = env_get_reference(env, sec, path, exact, &text);
     if (code < 0) read_failed(code, env, a.file, a.section, a.path, exact, "a value");
-    out << (a.json ? nlohmann::json(text).dump() : std::string(text)) << '\n';
+    out << (a.json ? dump_json(nlohmann::json(text)) : std::string(text)) << '\n';
   }
 }
 
@@ -177,13 +182,14 @@ void run_set(Session& s, const EnvArgs& a) {
   if (a.as_double) {
     auto v = parse_double(a.value);
     if (!v) fail(kUsage, "not a number: '" + a.value + "'");
-    code = env_put_double(env, sec, a.path.c_str(), *v);
+    // The shortest digits that read back as the same double.
+    code = env_put(env, sec, a.path.c_str(), shortest_number(*v).c_str());
   } else if (a.as_long) {
     auto v = parse_long(a.value);
     if (!v) fail(kUsage, "not a whole number: '" + a.value + "'");
     code = env_put_long(env, sec, a.path.c_str(), *v);
   } else {
-    code = env_put(env, sec, a.path.c_str(), a.value.c_str());
+    code = env_put(env, sec, a.path.c_str(), file_text(a.value).c_str());
   }
   if (code != ENV_OK) fail(kIo, "the value could not be stored (" + std::to_string(code) + ")", a.file);
   save_env_file(s, tree, a.file);
@@ -199,32 +205,49 @@ void run_delete(Session& s, const EnvArgs& a) {
   save_env_file(s, tree, a.file);
 }
 
-// Collects the data leaves of a tree with their full position paths, in walk order.
-struct Leaf {
-  std::string section, path, value;
+// Prints the data leaves as the walk reaches them, with their full position paths. The
+// visitor is called from inside the library: nothing may leave it, so a failure is kept and
+// every later visit does nothing.
+struct DumpWalk {
+  std::ostream& out;
+  bool json;
+  std::size_t printed = 0;
+  std::exception_ptr failure;
 };
 
-std::int32_t collect_leaf(env_handle* leaf, const char* section, char* path, intptr_t user) {
-  const char* text = nullptr;
-  if (env_get_reference(leaf, nullptr, nullptr, 1, &text) < 0 || text == nullptr) return 0;
-  auto* leaves = reinterpret_cast<std::vector<Leaf>*>(user);
-  leaves->push_back(Leaf{section ? section : "", path ? path : "", text});
+std::int32_t print_leaf(env_handle* leaf, const char* section, char* path, intptr_t user) {
+  auto* walk = reinterpret_cast<DumpWalk*>(user);
+  if (walk->failure) return 0;
+  try {
+    const char* text = nullptr;
+    if (env_get_reference(leaf, nullptr, nullptr, 1, &text) < 0 || text == nullptr) return 0;
+    const char* sec = section != nullptr ? section : "";
+    const char* at = path != nullptr ? path : "";
+    if (walk->json) {
+      walk->out << (walk->printed == 0 ? "[\n  " : ",\n  ")
+                << dump_json(nlohmann::json{{"section", sec}, {"path", at}, {"value", text}});
+    } else {
+      walk->out << '[' << sec << "] " << at << " = " << text << '\n';
+    }
+    ++walk->printed;
+  } catch (...) {
+    walk->failure = std::current_exception();
+  }
   return 0;
 }
 
 void run_dump(Session& s, const EnvArgs& a) {
   EnvTree tree;
   load_env_file(s, tree, a.file, false);
-  std::vector<Leaf> leaves;
+  DumpWalk walk{s.ctx.out, a.json};
   // An empty tree has nothing to walk; that is an empty dump, not a failure.
-  env_traverse_leafs(tree.get(), collect_leaf, reinterpret_cast<intptr_t>(&leaves));
-  if (a.json) {
-    nlohmann::json json = nlohmann::json::array();
-    for (const Leaf& l : leaves) json.push_back({{"section", l.section}, {"path", l.path}, {"value", l.value}});
-    s.ctx.out << json.dump(2) << '\n';
-    return;
-  }
-  for (const Leaf& l : leaves) s.ctx.out << '[' << l.section << "] " << l.path << " = " << l.value << '\n';
+  const bool empty = env_count_elements(tree.get(), nullptr, nullptr, 1) <= 0;
+  const std::int32_t code =
+      empty ? ENV_OK : env_traverse_leafs(tree.get(), print_leaf, reinterpret_cast<intptr_t>(&walk));
+  if (walk.failure) std::rethrow_exception(walk.failure);
+  if (a.json) s.ctx.out << (walk.printed == 0 ? "[]\n" : "\n]\n");
+  if (code != ENV_OK)
+    fail(kBadFormat, "the dump is incomplete: an element's path is longer than 79 characters", a.file);
 }
 
 void run_check(Session& s, const EnvArgs& a) {
@@ -247,7 +270,7 @@ void run_check(Session& s, const EnvArgs& a) {
       }
     }
   }
-  if (a.json) s.ctx.out << json.dump(2) << '\n';
+  if (a.json) s.ctx.out << dump_json(json, 2) << '\n';
 }
 
 void run_merge(Session& s, const EnvArgs& a) {
@@ -307,7 +330,7 @@ void add_env_commands(CLI::App& app, Session& s) {
       "by \"@\"; a number behind a name picks one of several of that name: layer@2@name.");
 
   CLI::App* get = env->add_subcommand("get", "Print the value at SECTION and PATH");
-  get->add_option("FILE", a.file, "Environment file")->required();
+  get->add_option("FILE", a.file, "Environment file")->required()->transform(input_file());
   get->add_option("SECTION", a.section, "Section name")->required();
   get->add_option("PATH", a.path, "Path below the section, such as layer@2@name");
   auto* d = get->add_flag("--double", a.as_double, "Read the value as a floating number");
@@ -323,7 +346,7 @@ void add_env_commands(CLI::App& app, Session& s) {
   get->callback([&s, args] { run_get(s, *args); });
 
   CLI::App* set = env->add_subcommand("set", "Store VALUE at SECTION and PATH, creating what is missing");
-  set->add_option("FILE", a.file, "Environment file (created if missing)")->required();
+  set->add_option("FILE", a.file, "Environment file (created if missing)")->required()->check(changed_file());
   set->add_option("SECTION", a.section, "Section name")->required();
   set->add_option("PATH", a.path, "Path below the section")->required();
   set->add_option("VALUE", a.value, "Text to store")->required();
@@ -333,27 +356,27 @@ void add_env_commands(CLI::App& app, Session& s) {
   set->callback([&s, args] { run_set(s, *args); });
 
   CLI::App* del = env->add_subcommand("delete", "Delete the element at SECTION and PATH, or a whole section");
-  del->add_option("FILE", a.file, "Environment file")->required();
+  del->add_option("FILE", a.file, "Environment file")->required()->check(changed_file());
   del->add_option("SECTION", a.section, "Section name")->required();
   del->add_option("PATH", a.path, "Path below the section; without it the section goes");
   del->footer(std::string("Example:\n  tiv env delete wall.env Wall layer@2\n\n") + kFormatNote);
   del->callback([&s, args] { run_delete(s, *args); });
 
   CLI::App* dump = env->add_subcommand("dump", "Print every value with its full position path");
-  dump->add_option("FILE", a.file, "Environment file")->required();
+  dump->add_option("FILE", a.file, "Environment file")->required()->transform(input_file());
   dump->add_flag("--json", a.json, kJsonHelp);
   dump->footer("Each line reads \"[Section] path = value\"; every name of the path carries its\nposition.\n\nExample:\n  tiv env dump wall.env");
   dump->callback([&s, args] { run_dump(s, *args); });
 
   CLI::App* check = env->add_subcommand("check", "Check the syntax of environment files");
-  check->add_option("FILE", a.files, "Environment files")->required();
+  check->add_option("FILE", a.files, "Environment files")->required()->transform(input_file());
   check->add_flag("--json", a.json, kJsonHelp);
   check->footer("Prints \"FILE: ok\" for each good file; for a bad one the line of the first error\ngoes to standard error and the exit code is 3.\n\nExample:\n  tiv env check *.env");
   check->callback([&s, args] { run_check(s, *args); });
 
   CLI::App* merge = env->add_subcommand("merge", "Copy the values of SOURCE into TARGET");
-  merge->add_option("TARGET", a.target, "Environment file that receives the values (created if missing)")->required();
-  merge->add_option("SOURCE", a.source, "Environment file whose values are copied")->required();
+  merge->add_option("TARGET", a.target, "Environment file that receives the values (created if missing)")->required()->check(changed_file());
+  merge->add_option("SOURCE", a.source, "Environment file whose values are copied")->required()->transform(input_file());
   merge->add_option("--mode", a.mode, "add: only where TARGET has nothing; append: as new last elements;\n"
                                       "replace: always; update: only where TARGET has a value")
       ->required()
@@ -364,7 +387,7 @@ void add_env_commands(CLI::App& app, Session& s) {
   merge->callback([&s, args] { run_merge(s, *args); });
 
   CLI::App* fmt = env->add_subcommand("fmt", "Rewrite environment files in normal form");
-  fmt->add_option("FILE", a.files, "Environment files")->required();
+  fmt->add_option("FILE", a.files, "Environment files")->required()->check(changed_file());
   auto* c = fmt->add_flag("--check", a.check, "Change nothing; exit 3 if a file is not in normal form");
   fmt->add_flag("--stdout", a.to_stdout, "Print the normal form instead of writing it")->excludes(c);
   fmt->footer(std::string("Example:\n  tiv env fmt wall.env\n\n") + kFormatNote);

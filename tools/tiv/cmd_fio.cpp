@@ -7,6 +7,8 @@
 #include <tivlib/fio.h>
 
 #include "commands.h"
+#include "files.h"
+#include "json_out.h"
 
 namespace tiv::cli {
 
@@ -72,7 +74,7 @@ void run_header(Session& s, const FioArgs& a) {
       json["signature"] = signature;
       json["tag"] = tag;
     }
-    s.ctx.out << json.dump(2) << '\n';
+    s.ctx.out << dump_json(json, 2) << '\n';
   } else {
     s.ctx.out << "file        " << f << '\n' << "header      " << (header ? "yes" : "no") << '\n';
     if (header) {
@@ -91,7 +93,7 @@ void add_fio_commands(CLI::App& app, Session& s) {
   auto args = std::make_shared<FioArgs>();
   CLI::App* fio = app.add_subcommand("fio", "Binary files: the header and byte order");
   CLI::App* header = fio->add_subcommand("header", "Show the binary header and byte order of a file");
-  header->add_option("FILE", args->file, "File to look at")->required();
+  header->add_option("FILE", args->file, "File to look at")->required()->transform(input_file());
   header->add_flag("--json", args->json, kJsonHelp);
   header->footer(
       "A binary file of the library begins with 16 bytes: \"1.1  @zv\" and the tag \"INTEL   \"\n"

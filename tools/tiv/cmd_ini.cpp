@@ -8,6 +8,9 @@
 #include <tivlib/ini.h>
 
 #include "commands.h"
+#include "encoding.h"
+#include "files.h"
+#include "json_out.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -152,32 +155,49 @@ void run_get(Session& s, const IniArgs& a) {
       }
     }
     if (a.json) {
-      s.ctx.out << (json.is_null() ? nlohmann::json::array() : json).dump(2) << '\n';
+      s.ctx.out << dump_json(json.is_null() ? nlohmann::json::array() : json, 2) << '\n';
     } else {
       for (const auto& item : items) s.ctx.out << item << '\n';
     }
     return;
   }
+  // The library reads the leading number of any text (0 for none): the tool wants a number.
+  auto require_number = [&](bool whole) {
+    const std::string text = read_value(f, a.section, a.entry);
+    if (whole ? !parse_long(text).has_value() : !parse_double(text).has_value())
+      fail(kBadFormat, std::string(whole ? "not a whole number" : "not a number") + ": '" + text + "'", f);
+  };
   if (a.as_long) {
+    require_number(true);
     std::int32_t value = 0;
     check_read(ini_read_long(f.c_str(), a.section.c_str(), a.entry.c_str(), &value), f, a.section,
                a.entry);
-    s.ctx.out << (a.json ? nlohmann::json(value).dump() : std::to_string(value)) << '\n';
+    s.ctx.out << (a.json ? dump_json(nlohmann::json(value)) : std::to_string(value)) << '\n';
   } else if (a.as_double) {
+    require_number(false);
     double value = 0;
     check_read(ini_read_double(f.c_str(), a.section.c_str(), a.entry.c_str(), &value), f, a.section,
                a.entry);
-    s.ctx.out << (a.json ? nlohmann::json(value).dump() : format_number(value)) << '\n';
+    s.ctx.out << (a.json ? dump_json(nlohmann::json(value)) : format_number(value)) << '\n';
   } else {
     std::string value = read_value(f, a.section, a.entry);
-    s.ctx.out << (a.json ? nlohmann::json(value).dump() : value) << '\n';
+    s.ctx.out << (a.json ? dump_json(nlohmann::json(value)) : value) << '\n';
   }
 }
 
 void run_set(const IniArgs& a) {
   const std::string& f = a.file;
-  const char* sec = a.section.c_str();
-  const char* ent = a.entry.c_str();
+  const std::string section = file_text(a.section);
+  const std::string entry = file_text(a.entry);
+  const std::string text = file_text(a.value);
+  // What the file's lines can't hold is refused before anything is written.
+  if (section.size() > INI_NAME_MAX)
+    fail(kBadFormat, "the section name is longer than " + std::to_string(INI_NAME_MAX) + " characters", f);
+  if (entry.size() + 1 + text.size() > INI_LINE_MAX)
+    fail(kBadFormat, "the line 'entry=value' would be longer than the line limit of " +
+                         std::to_string(INI_LINE_MAX) + " characters", f);
+  const char* sec = section.c_str();
+  const char* ent = entry.c_str();
   std::int32_t code = INI_OK;
   if (a.as_list) {
     std::vector<std::string> items = split(a.value, ',');
@@ -208,7 +228,7 @@ void run_set(const IniArgs& a) {
     if (!v) fail(kUsage, "not a number: '" + a.value + "'");
     code = ini_write_double(f.c_str(), sec, ent, *v);
   } else {
-    code = ini_write_string(f.c_str(), sec, ent, a.value.c_str());
+    code = ini_write_string(f.c_str(), sec, ent, text.c_str());
   }
   check_change(code, f, a.section, a.entry, false);
 }
@@ -217,7 +237,7 @@ void run_list(Session& s, const IniArgs& a, bool section_given) {
   if (!section_given) {
     std::vector<std::string> names = section_names(a.file);
     if (a.json) {
-      s.ctx.out << nlohmann::json(names).dump(2) << '\n';
+      s.ctx.out << dump_json(nlohmann::json(names), 2) << '\n';
     } else {
       for (const auto& n : names) s.ctx.out << n << '\n';
     }
@@ -239,7 +259,7 @@ void run_list(Session& s, const IniArgs& a, bool section_given) {
       s.ctx.out << name << '\n';
     }
   }
-  if (a.json) s.ctx.out << json.dump(2) << '\n';
+  if (a.json) s.ctx.out << dump_json(json, 2) << '\n';
 }
 
 void require_file(const std::string& file) {
@@ -258,7 +278,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
       "file in front of the change in normal form and keeps the rest byte for byte.");
 
   CLI::App* get = ini->add_subcommand("get", "Print the value of an entry");
-  get->add_option("FILE", a.file, "Settings file")->required();
+  get->add_option("FILE", a.file, "Settings file")->required()->transform(input_file());
   get->add_option("SECTION", a.section, "Section name")->required();
   get->add_option("ENTRY", a.entry, "Entry name")->required();
   add_type_flags(get, a, "Read the value as");
@@ -270,7 +290,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
   });
 
   CLI::App* set = ini->add_subcommand("set", "Set the value of an entry, creating what is missing");
-  set->add_option("FILE", a.file, "Settings file")->required();
+  set->add_option("FILE", a.file, "Settings file")->required()->check(changed_file());
   set->add_option("SECTION", a.section, "Section name")->required();
   set->add_option("ENTRY", a.entry, "Entry name")->required();
   set->add_option("VALUE", a.value, "New value")->required();
@@ -282,7 +302,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
   });
 
   CLI::App* del = ini->add_subcommand("delete", "Delete an entry, or a whole section");
-  del->add_option("FILE", a.file, "Settings file")->required();
+  del->add_option("FILE", a.file, "Settings file")->required()->check(changed_file());
   del->add_option("SECTION", a.section, "Section name")->required();
   del->add_option("ENTRY", a.entry, "Entry name; without it the whole section goes");
   del->footer("Example:\n  tiv ini delete project.ini Units length\n  tiv ini delete project.ini Obsolete");
@@ -298,7 +318,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
   });
 
   CLI::App* ren = ini->add_subcommand("rename", "Rename a section, or an entry of a section");
-  ren->add_option("FILE", a.file, "Settings file")->required();
+  ren->add_option("FILE", a.file, "Settings file")->required()->check(changed_file());
   ren->add_option("NAMES", a.rest, "SECTION NEW, or SECTION ENTRY NEW")->required()->expected(2, 3);
   ren->footer("Example:\n  tiv ini rename project.ini Units Measures\n  tiv ini rename project.ini Units length size");
   ren->callback([args] {
@@ -314,7 +334,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
   });
 
   CLI::App* list = ini->add_subcommand("list", "List the sections, or the entries of a section");
-  list->add_option("FILE", a.file, "Settings file")->required();
+  list->add_option("FILE", a.file, "Settings file")->required()->transform(input_file());
   list->add_option("SECTION", a.section, "Section whose entries to list");
   list->add_flag("--values", a.values, "Show each entry as name=value");
   list->add_flag("--json", a.json, kJsonHelp);

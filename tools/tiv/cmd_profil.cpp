@@ -12,6 +12,7 @@
 #include <tivlib/zv.h>
 
 #include "commands.h"
+#include "json_out.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -182,7 +183,7 @@ class RowPrinter {
   }
   void finish() {
     end_family();
-    if (json_) s_.ctx.out << rows_json_.dump(2) << '\n';
+    if (json_) s_.ctx.out << dump_json(rows_json_, 2) << '\n';
   }
   std::size_t rows() const { return json_ ? rows_json_.size() : counted_; }
   void count() { ++counted_; }
@@ -214,7 +215,7 @@ void run_list(Session& s, const ProfilArgs& a) {
   std::string dir = use_directory(a.dir);
   std::vector<std::string> names = families_for(ProfilArgs{.query = a.query}, dir);
   if (a.json) {
-    s.ctx.out << nlohmann::json(names).dump(2) << '\n';
+    s.ctx.out << dump_json(nlohmann::json(names), 2) << '\n';
   } else {
     for (const auto& n : names) s.ctx.out << n << '\n';
   }

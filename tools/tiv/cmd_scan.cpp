@@ -8,6 +8,7 @@
 #include <tivlib/scan.h>
 
 #include "commands.h"
+#include "json_out.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -153,7 +154,7 @@ void run_scan(Session& s, const ScanArgs& a) {
   }
   scan_close(scan);
   g_input = ScanInput{};
-  if (a.json) s.ctx.out << json.dump(2) << '\n';
+  if (a.json) s.ctx.out << dump_json(json, 2) << '\n';
 }
 
 std::string flags_help() {

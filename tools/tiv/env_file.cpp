@@ -1,9 +1,12 @@
 #include "env_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <ostream>
 #include <sys/stat.h>
+
+#include <tivlib/zv.h>
 
 #include "errlog.h"
 #include "text.h"
@@ -24,6 +27,8 @@ std::int32_t next_char(intptr_t user) {
   auto* src = reinterpret_cast<TextSource*>(user);
   if (src->pos >= src->text.size()) return -1;
   char c = src->text[src->pos++];
+  // CR LF arrives as LF, as from the file reader.
+  if (c == '\r' && src->pos < src->text.size() && src->text[src->pos] == '\n') c = src->text[src->pos++];
   if (c == '\n') {
     ++src->line;
   } else if (c != ' ' && c != '\t' && c != '\r') {
@@ -58,6 +63,12 @@ std::string syntax_message(const std::string& log) {
   return "syntax error";
 }
 
+// The size of a file now; -1 if it can't be looked at.
+std::uintmax_t file_size(const std::string& path) {
+  struct stat st {};
+  return ::stat(path.c_str(), &st) == 0 ? static_cast<std::uintmax_t>(st.st_size) : UINTMAX_MAX;
+}
+
 }  // namespace
 
 EnvTree::EnvTree() : handle_(env_open(0, nullptr)) {
@@ -88,10 +99,27 @@ bool load_env_file(Session& s, EnvTree& tree, const std::string& path, bool miss
     if (missing_ok && ::stat(path.c_str(), &st) != 0 && errno == ENOENT) return false;
     fail(kIo, "cannot read: " + error, path);
   }
+  // The reader takes byte 0xFF (-1 as a signed character) for the end of the text: a file
+  // holding one can't be read whole.
+  if (const std::size_t at = text->find('\xff'); at != std::string::npos) {
+    const int line = 1 + static_cast<int>(std::count(text->begin(), text->begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+    fail(kBadFormat, "byte 0xFF can't be read (the reader takes it for the end of the file)", path, line);
+  }
   s.log.take_new();  // what earlier commands left in the log is not about this file
-  EnvReadResult r = read_env_text(tree.get(), *text);
-  if (r.code == ENV_BAD_FORMAT) fail(kBadFormat, syntax_message(s.log.take_new()), path, r.line);
-  if (r.code != ENV_OK) fail(kIo, "the environment could not be read (" + std::to_string(r.code) + ")", path);
+  // The bulk reader does the work; after a syntax error the text is read again through the
+  // counting source, which tells the line.
+  std::int32_t code = env_read_file(path.c_str(), tree.get());
+  if (code == ENV_OK && file_size(path) != text->size())
+    fail(kIo, "the file changed while it was read", path);
+  if (code == ENV_BAD_FORMAT) {
+    const std::string complaint = syntax_message(s.log.take_new());
+    zv_set_log_file(nullptr);  // the second reading would report the same again
+    EnvTree again;
+    EnvReadResult r = read_env_text(again.get(), *text);
+    zv_set_log_file(s.log.path().c_str());
+    fail(kBadFormat, complaint, path, r.line);
+  }
+  if (code != ENV_OK) fail(kIo, "the environment could not be read (" + std::to_string(code) + ")", path);
   return true;
 }
 

@@ -1,9 +1,11 @@
 // Environment files for the tool: a root environment that closes itself, and the reading and
 // writing of its text form through the character callbacks of env_read and env_write.
 //
-// The tool reads the file itself and feeds it to env_read, counting lines on the way, so that
-// a syntax error can be told with its line: the line of the last character other than a
-// blank or a line end that the reader took before it gave up. It writes through env_write
+// The tool reads a file with env_read_file, the library's bulk reader, after reading it whole
+// itself (to refuse what the reader can't take, and to see that it didn't change meanwhile).
+// After a syntax error it reads the text once more through env_read, counting lines on the
+// way, so that the error can be told with its line: the line of the last character other than
+// a blank or a line end that the reader took before it gave up. CR LF reads as LF both ways. It writes through env_write
 // into memory and replaces the file in one step, so a failed write leaves the old file whole.
 #pragma once
 

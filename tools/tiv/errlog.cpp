@@ -39,15 +39,13 @@ std::string ErrLog::take_new() {
   return fresh;
 }
 
-void ErrLog::finish(Context& ctx) const {
-  State now = probe(path_);
-  if (!now.exists || now == start_) return;
-  if (!start_.exists && now.size == 0) {
-    std::error_code ec;
-    std::filesystem::remove(path_, ec);
-    return;
-  }
-  ctx.err << "tiv: note: the library wrote a report to zv.err\n";
+void ErrLog::finish(Context& ctx, int exit_code) const {
+  if (exit_code == kDone || !written()) return;
+  std::ifstream in(path_, std::ios::binary);
+  std::ostringstream all;
+  all << in.rdbuf();
+  if (all.str().empty()) return;
+  ctx.err << "tiv: the library reported:\n" << all.str();
   ctx.err.flush();
 }
 

@@ -1,11 +1,8 @@
-// Watches the library's failure log zv.err in the working directory.
+// Watches the library's failure log, which the tool points into the run's private directory.
 //
-// The library empties zv.err at its first report of a process and appends every later report,
+// The library empties the log at its first report of a process and appends every later report,
 // so once the file differs from what it was at the start of the run, all of it is this run's.
-// The rule at the end of the run:
-//   - a zv.err that the run did not write is left exactly as it was (or absent);
-//   - a zv.err that the run created but left empty is removed;
-//   - a zv.err that the run wrote is kept, and a note on standard error points to it.
+// At the end of a run that failed, what the library reported is shown on standard error.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +17,7 @@ namespace tiv::cli {
 
 class ErrLog {
  public:
-  // Remembers the state of `path` (normally the absolute path of ./zv.err) at this moment.
+  // Remembers the state of `path` at this moment.
   explicit ErrLog(std::filesystem::path path);
 
   // True once the file differs from its state at the start: the library has reported.
@@ -29,8 +26,11 @@ class ErrLog {
   // The log text written since the previous call (everything this run wrote, at the first).
   std::string take_new();
 
-  // Applies the end-of-run rule above.
-  void finish(Context& ctx) const;
+  // Shows the log on ctx.err when the run ended with a failure (exit_code not 0) and the library
+  // reported something.
+  void finish(Context& ctx, int exit_code) const;
+
+  const std::filesystem::path& path() const { return path_; }
 
  private:
   struct State {

@@ -65,6 +65,12 @@ std::optional<std::int32_t> parse_long(std::string_view text) {
   return value;
 }
 
+std::string shortest_number(double value) {
+  char out[64];
+  auto [end, ec] = std::to_chars(out, out + sizeof out, value);
+  return ec == std::errc{} ? std::string(out, end) : format_number(value);
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> parts;
   for (;;) {

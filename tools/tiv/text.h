@@ -12,6 +12,8 @@ namespace tiv::cli {
 
 // "%.15g" in the C locale: 7, 0.5, 3.14159265358979, 1e+20.
 std::string format_number(double value);
+// The shortest text that reads back as the same double ("0.1", "1e+300"), in the C locale.
+std::string shortest_number(double value);
 // Fixed notation with `decimals` digits behind the point ("%.*f" in the C locale).
 std::string format_fixed(double value, int decimals);
 
