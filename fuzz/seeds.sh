@@ -57,6 +57,9 @@ case "$name" in
     { repeat 3000 '('; printf '1'; repeat 3000 ')'; echo; } >"$dir/deep-parens"
     { printf '1'; repeat 8000 '+1'; echo; } >"$dir/long-sum"
     ;;
+  tiv_json)
+    samples "$root"/examples/data/*.env "$root"/examples/data/*.ini "$root"/examples/data/loads.txt
+    ;;
   fio_open)
     cp "$root/examples/data/motorola.bin" "$dir/sample-motorola.bin"
     { cat "$root/examples/data/motorola.bin"; head -c 60000 /dev/zero; } >"$dir/large.bin"
