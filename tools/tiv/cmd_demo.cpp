@@ -12,6 +12,7 @@
 #include <tivlib/zv.h>
 
 #include "commands.h"
+#include "safe_change.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -122,8 +123,7 @@ void run_demo(Session& s, const std::string& given) {
   bool catalog = fs::exists(examples / "catalog");
   if (catalog) {
     fs::copy(examples / "catalog", scratch.path() / "catalog");
-    std::string error;
-    if (!replace_file("zv2.ini", "[System]\nProfile=catalog\n", error)) fail(kIo, "cannot write: " + error, "zv2.ini");
+    replace_file_safely("zv2.ini", "[System]\nProfile=catalog\n");
   }
 
   // The tour has its own log watch: the library's reports land in the scratch directory, and

@@ -6,6 +6,7 @@
 #include <exception>
 
 #include <map>
+#include <optional>
 #include <ostream>
 #include <tivlib/env.h>
 
@@ -75,7 +76,7 @@ struct EnvArgs {
   std::vector<std::string> files;
   std::string file, section, path, value, target, source, mode, output;
   bool as_double = false, as_long = false, as_list = false, names = false, search = false;
-  bool json = false, check = false, to_stdout = false;
+  bool json = false, check = false, to_stdout = false, force = false;
 };
 
 void run_get(Session& s, const EnvArgs& a) {
@@ -174,8 +175,11 @@ void run_get(Session& s, const EnvArgs& a) {
 
 void run_set(Session& s, const EnvArgs& a) {
   check_path(a.path);
+  FileChange change(a.file);
   EnvTree tree;
-  load_env_file(s, tree, a.file, true);
+  EnvFileFacts facts;
+  load_env_file(s, tree, change.target(), true, &facts);
+  refuse_lossy_rewrite(facts, a.file, a.force);
   env_handle* env = tree.get();
   const char* sec = a.section.c_str();
   std::int32_t code;
@@ -192,17 +196,20 @@ void run_set(Session& s, const EnvArgs& a) {
     code = env_put(env, sec, a.path.c_str(), file_text(a.value).c_str());
   }
   if (code != ENV_OK) fail(kIo, "the value could not be stored (" + std::to_string(code) + ")", a.file);
-  save_env_file(s, tree, a.file);
+  save_env_change(change, tree, facts);
 }
 
 void run_delete(Session& s, const EnvArgs& a) {
   if (!a.path.empty()) check_path(a.path);
+  FileChange change(a.file);
   EnvTree tree;
-  load_env_file(s, tree, a.file, false);
+  EnvFileFacts facts;
+  load_env_file(s, tree, change.target(), false, &facts);
+  refuse_lossy_rewrite(facts, a.file, a.force);
   std::int32_t code = env_delete(tree.get(), a.section.c_str(), path_or_nil(a.path));
   if (code == ENV_NOT_FOUND) fail(kNotFound, "no element " + address(a.section, a.path), a.file);
   if (code != ENV_OK) fail(kIo, "the element could not be deleted (" + std::to_string(code) + ")", a.file);
-  save_env_file(s, tree, a.file);
+  save_env_change(change, tree, facts);
 }
 
 // Prints the data leaves as the walk reaches them, with their full position paths. The
@@ -276,11 +283,15 @@ void run_check(Session& s, const EnvArgs& a) {
 void run_merge(Session& s, const EnvArgs& a) {
   auto mode = kMergeModes.find(a.mode);
   if (mode == kMergeModes.end()) fail(kUsage, "unknown merge mode '" + a.mode + "'");
+  const std::string output = a.output.empty() ? a.target : a.output;
+  std::optional<FileChange> change;
+  if (output != "-") change.emplace(output);
   EnvTree target;
   EnvTree source;
-  load_env_file(s, target, a.target, true);
+  EnvFileFacts facts;
+  load_env_file(s, target, output == a.target && change ? change->target() : a.target, true, &facts);
+  refuse_lossy_rewrite(facts, a.target, a.force);
   load_env_file(s, source, a.source, false);
-  std::string output = a.output.empty() ? a.target : a.output;
   // A source without sections has nothing to give; the sink would call that a failure.
   if (env_count_elements(source.get(), nullptr, nullptr, 1) > 0 &&
       env_sink(target.get(), source.get(), mode->second) != ENV_OK) {
@@ -289,30 +300,53 @@ void run_merge(Session& s, const EnvArgs& a) {
          "cannot be copied; nothing was written",
          a.source);
   }
-  save_env_file(s, target, output);
+  if (change) {
+    save_env_change(*change, target, facts);
+  } else {
+    s.ctx.out.flush();
+    write_env_stream(target.get(), stdout, facts.crlf);
+    std::fflush(stdout);
+  }
 }
 
 void run_fmt(Session& s, const EnvArgs& a) {
   for (const std::string& file : a.files) {
     try {
+      std::optional<FileChange> change;
+      if (!a.to_stdout && !a.check) change.emplace(file);
       std::string error;
-      auto before = read_file(file, error);
+      const std::string& path = change ? change->target() : file;
+      auto before = read_file(path, error);
       if (!before) fail(kIo, "cannot read: " + error, file);
       EnvTree tree;
-      load_env_file(s, tree, file, false);
-      std::string after = write_env_text(tree.get());
+      EnvFileFacts facts;
+      load_env_file(s, tree, path, false, &facts);
+      refuse_lossy_rewrite(facts, file, a.force);
       if (a.to_stdout) {
-        s.ctx.out << after;
-      } else if (a.check) {
+        s.ctx.out.flush();
+        write_env_stream(tree.get(), stdout, facts.crlf);
+        std::fflush(stdout);
+        continue;
+      }
+      std::string after = write_env_text(tree.get());
+      if (facts.crlf) after = with_crlf(after);
+      if (a.check) {
         if (after != *before) s.ctx.report_and_go_on(Failure{kBadFormat, "not in normal form", file});
       } else if (after != *before) {
-        if (!replace_file(file, after, error)) fail(kIo, "cannot write: " + error, file);
+        std::FILE* out = change->temp();
+        if (std::fwrite(after.data(), 1, after.size(), out) != after.size())
+          fail(kIo, "cannot write the temporary file; the file is unchanged", file);
+        change->commit();
       }
     } catch (const Failure& f) {
       s.ctx.report_and_go_on(f);
     }
   }
 }
+
+constexpr const char* kForceHelp =
+    "Rewrite even a file that looks like no environment file (text in front of the first\n"
+    "section, nul bytes) or whose rewrite would be many times its size";
 
 constexpr const char* kFormatNote =
     "The file is written back in normal form: two blanks of indentation per level,\n"
@@ -350,9 +384,10 @@ void add_env_commands(CLI::App& app, Session& s) {
   set->add_option("SECTION", a.section, "Section name")->required();
   set->add_option("PATH", a.path, "Path below the section")->required();
   set->add_option("VALUE", a.value, "Text to store")->required();
-  auto* sd = set->add_flag("--double", a.as_double, "Store VALUE as a number with six significant digits");
+  auto* sd = set->add_flag("--double", a.as_double, "Store VALUE as a number (the shortest digits that read back the same)");
   set->add_flag("--long", a.as_long, "Store VALUE as a whole number")->excludes(sd);
   set->footer(std::string("Example:\n  tiv env set wall.env Wall layer@2@thickness 0.12\n\n") + kFormatNote);
+  set->add_flag("--force", a.force, kForceHelp);
   set->callback([&s, args] { run_set(s, *args); });
 
   CLI::App* del = env->add_subcommand("delete", "Delete the element at SECTION and PATH, or a whole section");
@@ -360,6 +395,7 @@ void add_env_commands(CLI::App& app, Session& s) {
   del->add_option("SECTION", a.section, "Section name")->required();
   del->add_option("PATH", a.path, "Path below the section; without it the section goes");
   del->footer(std::string("Example:\n  tiv env delete wall.env Wall layer@2\n\n") + kFormatNote);
+  del->add_flag("--force", a.force, kForceHelp);
   del->callback([&s, args] { run_delete(s, *args); });
 
   CLI::App* dump = env->add_subcommand("dump", "Print every value with its full position path");
@@ -384,6 +420,7 @@ void add_env_commands(CLI::App& app, Session& s) {
   merge->add_option("-o,--output", a.output, "Write the result to this file instead of TARGET (- for standard output)")
       ->option_text("FILE");
   merge->footer(std::string("Example:\n  tiv env merge project.env defaults.env --mode add\n\n") + kFormatNote);
+  merge->add_flag("--force", a.force, kForceHelp);
   merge->callback([&s, args] { run_merge(s, *args); });
 
   CLI::App* fmt = env->add_subcommand("fmt", "Rewrite environment files in normal form");
@@ -391,6 +428,7 @@ void add_env_commands(CLI::App& app, Session& s) {
   auto* c = fmt->add_flag("--check", a.check, "Change nothing; exit 3 if a file is not in normal form");
   fmt->add_flag("--stdout", a.to_stdout, "Print the normal form instead of writing it")->excludes(c);
   fmt->footer(std::string("Example:\n  tiv env fmt wall.env\n\n") + kFormatNote);
+  fmt->add_flag("--force", a.force, kForceHelp);
   fmt->callback([&s, args] { run_fmt(s, *args); });
 }
 

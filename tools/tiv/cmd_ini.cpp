@@ -11,6 +11,7 @@
 #include "encoding.h"
 #include "files.h"
 #include "json_out.h"
+#include "safe_change.h"
 #include "text.h"
 
 namespace tiv::cli {
@@ -121,6 +122,7 @@ struct IniArgs {
   std::string file, section, entry, value, new_name;
   std::vector<std::string> rest;
   bool as_long = false, as_double = false, as_list = false, values = false, json = false;
+  bool force = false;
 };
 
 void add_type_flags(CLI::App* cmd, IniArgs& a, const char* what) {
@@ -185,6 +187,60 @@ void run_get(Session& s, const IniArgs& a) {
   }
 }
 
+// One change of a settings file by the library, made on a private copy beside it that then
+// takes the file's place (see FileChange). What a change would cut or garble is refused
+// first, unless forced; CR LF line ends stay CR LF.
+class SettingsChange {
+ public:
+  SettingsChange(const std::string& file, bool force) : file_(file), change_(file) {
+    if (change_.target_exists()) {
+      std::string error;
+      auto text = read_file(change_.target(), error);
+      if (!text) fail(kIo, "cannot read: " + error, file);
+      if (!force) refuse_lossy(*text);
+      const auto lf = std::count(text->begin(), text->end(), '\n');
+      std::size_t crlf = 0;
+      for (std::size_t at = text->find("\r\n"); at != std::string::npos; at = text->find("\r\n", at + 2)) ++crlf;
+      crlf_ = lf > 0 && static_cast<long>(crlf) * 2 > lf;
+    }
+    change_.copy_target_to_temp();
+  }
+
+  // The name of the copy for the library's operation.
+  const char* copy() { return change_.temp_path().c_str(); }
+
+  void commit() {
+    if (crlf_) {
+      std::string error;
+      auto text = read_file(change_.temp_path(), error);
+      if (!text) fail(kIo, "cannot read the temporary file: " + error, file_);
+      change_.rewrite_temp(with_crlf(*text));
+    }
+    change_.commit();
+  }
+
+ private:
+  void refuse_lossy(const std::string& text) const {
+    if (text.find('\0') != std::string::npos)
+      fail(kBadFormat, "not changed: it holds nul bytes, perhaps no settings file at all (--force to go on)", file_);
+    int line = 1;
+    for (std::size_t at = 0; at < text.size(); ++line) {
+      std::size_t end = text.find('\n', at);
+      if (end == std::string::npos) end = text.size();
+      std::size_t length = end - at;
+      if (length > 0 && text[end - 1] == '\r') --length;
+      if (length > INI_LINE_MAX)
+        fail(kBadFormat, "not changed: the line is longer than " + std::to_string(INI_LINE_MAX) +
+                             " characters, which a change would cut (--force to go on)", file_, line);
+      at = end + 1;
+    }
+  }
+
+  std::string file_;
+  FileChange change_;
+  bool crlf_ = false;
+};
+
 void run_set(const IniArgs& a) {
   const std::string& f = a.file;
   const std::string section = file_text(a.section);
@@ -196,6 +252,8 @@ void run_set(const IniArgs& a) {
   if (entry.size() + 1 + text.size() > INI_LINE_MAX)
     fail(kBadFormat, "the line 'entry=value' would be longer than the line limit of " +
                          std::to_string(INI_LINE_MAX) + " characters", f);
+  SettingsChange change(f, a.force);
+  const char* copy = change.copy();
   const char* sec = section.c_str();
   const char* ent = entry.c_str();
   std::int32_t code = INI_OK;
@@ -209,7 +267,7 @@ void run_set(const IniArgs& a) {
         if (!v) fail(kUsage, "not a whole number: '" + item + "'");
         values.push_back(*v);
       }
-      code = ini_write_longs(f.c_str(), sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
+      code = ini_write_longs(copy, sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
     } else {
       std::vector<double> values;
       for (const auto& item : items) {
@@ -217,20 +275,21 @@ void run_set(const IniArgs& a) {
         if (!v) fail(kUsage, "not a number: '" + item + "'");
         values.push_back(*v);
       }
-      code = ini_write_doubles(f.c_str(), sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
+      code = ini_write_doubles(copy, sec, ent, values.data(), static_cast<std::int32_t>(values.size()));
     }
   } else if (a.as_long) {
     auto v = parse_long(a.value);
     if (!v) fail(kUsage, "not a whole number: '" + a.value + "'");
-    code = ini_write_long(f.c_str(), sec, ent, *v);
+    code = ini_write_long(copy, sec, ent, *v);
   } else if (a.as_double) {
     auto v = parse_double(a.value);
     if (!v) fail(kUsage, "not a number: '" + a.value + "'");
-    code = ini_write_double(f.c_str(), sec, ent, *v);
+    code = ini_write_double(copy, sec, ent, *v);
   } else {
-    code = ini_write_string(f.c_str(), sec, ent, text.c_str());
+    code = ini_write_string(copy, sec, ent, text.c_str());
   }
   check_change(code, f, a.section, a.entry, false);
+  change.commit();
 }
 
 void run_list(Session& s, const IniArgs& a, bool section_given) {
@@ -295,6 +354,7 @@ void add_ini_commands(CLI::App& app, Session& s) {
   set->add_option("ENTRY", a.entry, "Entry name")->required();
   set->add_option("VALUE", a.value, "New value")->required();
   add_type_flags(set, a, "Write the value as");
+  set->add_flag("--force", a.force, "Change even a file with a line longer than 511 characters or nul bytes");
   set->footer("Example:\n  tiv ini set project.ini Units length mm\n  tiv ini set project.ini Grid spacing 1.5,2,2.5 --list");
   set->callback([args] {
     require_file(args->file);
@@ -305,32 +365,38 @@ void add_ini_commands(CLI::App& app, Session& s) {
   del->add_option("FILE", a.file, "Settings file")->required()->check(changed_file());
   del->add_option("SECTION", a.section, "Section name")->required();
   del->add_option("ENTRY", a.entry, "Entry name; without it the whole section goes");
+  del->add_flag("--force", a.force, "Change even a file with a line longer than 511 characters or nul bytes");
   del->footer("Example:\n  tiv ini delete project.ini Units length\n  tiv ini delete project.ini Obsolete");
   del->callback([args, del] {
     const IniArgs& x = *args;
     require_file(x.file);
+    SettingsChange change(x.file, x.force);
     if (del->count("ENTRY") > 0) {
-      check_change(ini_delete_entry(x.file.c_str(), x.section.c_str(), x.entry.c_str()), x.file,
+      check_change(ini_delete_entry(change.copy(), x.section.c_str(), x.entry.c_str()), x.file,
                    x.section, x.entry, true);
     } else {
-      check_change(ini_delete_section(x.file.c_str(), x.section.c_str()), x.file, x.section, {}, true);
+      check_change(ini_delete_section(change.copy(), x.section.c_str()), x.file, x.section, {}, true);
     }
+    change.commit();
   });
 
   CLI::App* ren = ini->add_subcommand("rename", "Rename a section, or an entry of a section");
   ren->add_option("FILE", a.file, "Settings file")->required()->check(changed_file());
   ren->add_option("NAMES", a.rest, "SECTION NEW, or SECTION ENTRY NEW")->required()->expected(2, 3);
+  ren->add_flag("--force", a.force, "Change even a file with a line longer than 511 characters or nul bytes");
   ren->footer("Example:\n  tiv ini rename project.ini Units Measures\n  tiv ini rename project.ini Units length size");
   ren->callback([args] {
     const IniArgs& x = *args;
     require_file(x.file);
     const auto& n = x.rest;
+    SettingsChange change(x.file, x.force);
     if (n.size() == 2) {
-      check_change(ini_rename_section(x.file.c_str(), n[0].c_str(), n[1].c_str()), x.file, n[0], {}, true);
+      check_change(ini_rename_section(change.copy(), n[0].c_str(), n[1].c_str()), x.file, n[0], {}, true);
     } else {
-      check_change(ini_rename_entry(x.file.c_str(), n[0].c_str(), n[1].c_str(), n[2].c_str()), x.file,
+      check_change(ini_rename_entry(change.copy(), n[0].c_str(), n[1].c_str(), n[2].c_str()), x.file,
                    n[0], n[1], true);
     }
+    change.commit();
   });
 
   CLI::App* list = ini->add_subcommand("list", "List the sections, or the entries of a section");

@@ -91,7 +91,50 @@ std::string write_env_text(env_handle* env) {
   return text;
 }
 
-bool load_env_file(Session& s, EnvTree& tree, const std::string& path, bool missing_ok) {
+namespace {
+
+// What a change needs to know of the text it rewrites: its line ends, and whether the
+// reader's tree can carry it whole.
+EnvFileFacts facts_of(std::string_view text) {
+  EnvFileFacts f;
+  f.size = text.size();
+  const auto lf = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+  std::size_t crlf = 0;
+  for (std::size_t at = text.find("\r\n"); at != std::string_view::npos; at = text.find("\r\n", at + 2)) ++crlf;
+  f.crlf = lf > 0 && crlf * 2 > lf;
+  f.binary = text.find('\0') != std::string_view::npos;
+  // The reader passes over everything in front of the first "[": comments and blank lines
+  // there are expected, other text means the file is perhaps no environment file at all.
+  const std::string_view front = text.substr(0, std::min(text.find('['), text.size()));
+  for (std::size_t at = 0; at < front.size() && !f.loose_text;) {
+    std::size_t end = front.find('\n', at);
+    if (end == std::string_view::npos) end = front.size();
+    const std::string_view line = front.substr(at, end - at);
+    const bool blank = line.find_first_not_of(" \t\r") == std::string_view::npos;
+    f.loose_text = !blank && line.front() != ';';
+    at = end + 1;
+  }
+  // The normal form indents two blanks per level: nesting makes it grow with the depth.
+  std::size_t depth = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t end = text.find('\n', at);
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = text.substr(at, end - at);
+    at = end + 1;
+    const std::size_t first = line.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos) continue;
+    if (line[first] == '}' && depth > 0) --depth;
+    f.rewrite_estimate += 2 * (depth + 1) + line.size();
+    const std::size_t last = line.find_last_not_of(" \t\r");
+    if (line[last] == '{') ++depth;
+  }
+  return f;
+}
+
+}  // namespace
+
+bool load_env_file(Session& s, EnvTree& tree, const std::string& path, bool missing_ok,
+                   EnvFileFacts* facts) {
   std::string error;
   auto text = read_file(path, error);
   if (!text) {
@@ -99,6 +142,7 @@ bool load_env_file(Session& s, EnvTree& tree, const std::string& path, bool miss
     if (missing_ok && ::stat(path.c_str(), &st) != 0 && errno == ENOENT) return false;
     fail(kIo, "cannot read: " + error, path);
   }
+  if (facts != nullptr) *facts = facts_of(*text);
   // The reader takes byte 0xFF (-1 as a signed character) for the end of the text: a file
   // holding one can't be read whole.
   if (const std::size_t at = text->find('\xff'); at != std::string::npos) {
@@ -123,14 +167,41 @@ bool load_env_file(Session& s, EnvTree& tree, const std::string& path, bool miss
   return true;
 }
 
-void save_env_file(Session& s, EnvTree& tree, const std::string& path) {
-  std::string text = write_env_text(tree.get());
-  if (path == "-") {
-    s.ctx.out << text;
-    return;
-  }
-  std::string error;
-  if (!replace_file(path, text, error)) fail(kIo, "cannot write: " + error, path);
+void refuse_lossy_rewrite(const EnvFileFacts& facts, const std::string& path, bool force) {
+  if (facts.size == 0 || force) return;
+  const char* why = nullptr;
+  if (facts.binary) why = "it holds nul bytes: perhaps no environment file at all";
+  else if (facts.loose_text) why = "it has text in front of its first section, which a rewrite drops: perhaps no environment file at all";
+  else if (facts.rewrite_estimate > kRewriteGrowthMax * facts.size + kRewriteSlack)
+    why = "its rewrite would be many times its size (blocks nested deep)";
+  if (why != nullptr) fail(kBadFormat, std::string("not changed: ") + why + " (--force to go on)", path);
+}
+
+namespace {
+
+struct StreamSink {
+  std::FILE* out;
+  bool crlf;
+};
+
+std::int32_t put_to_stream(std::int32_t c, intptr_t user) {
+  auto* sink = reinterpret_cast<StreamSink*>(user);
+  if (c == '\n' && sink->crlf) std::putc('\r', sink->out);
+  std::putc(c, sink->out);
+  return 0;
+}
+
+}  // namespace
+
+void write_env_stream(env_handle* env, std::FILE* out, bool crlf) {
+  StreamSink sink{out, crlf};
+  env_write(put_to_stream, reinterpret_cast<intptr_t>(&sink), env);
+}
+
+void save_env_change(FileChange& change, EnvTree& tree, const EnvFileFacts& facts) {
+  std::FILE* out = change.temp();
+  write_env_stream(tree.get(), out, facts.crlf);
+  change.commit();
 }
 
 }  // namespace tiv::cli

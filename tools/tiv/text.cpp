@@ -71,6 +71,16 @@ std::string shortest_number(double value) {
   return ec == std::errc{} ? std::string(out, end) : format_number(value);
 }
 
+std::string with_crlf(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + text.size() / 16);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
+    out += text[i];
+  }
+  return out;
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> parts;
   for (;;) {
@@ -95,48 +105,6 @@ std::optional<std::string> read_file(const std::string& path, std::string& error
     return std::nullopt;
   }
   return all.str();
-}
-
-bool replace_file(const std::string& path, std::string_view content, std::string& error) {
-  std::string temp = path + ".tiv-XXXXXX";
-  int fd = ::mkstemp(temp.data());
-  if (fd < 0) {
-    error = std::strerror(errno);
-    return false;
-  }
-  struct stat st {};
-  mode_t mode = 0644;
-  if (::stat(path.c_str(), &st) == 0) {
-    mode = st.st_mode & 07777;
-  } else {
-    mode_t mask = ::umask(0);
-    ::umask(mask);
-    mode = 0666 & ~mask;
-  }
-  bool ok = ::fchmod(fd, mode) == 0;
-  const char* data = content.data();
-  std::size_t left = content.size();
-  while (ok && left > 0) {
-    ssize_t n = ::write(fd, data, left);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      ok = false;
-      break;
-    }
-    data += n;
-    left -= static_cast<std::size_t>(n);
-  }
-  if (!ok) error = std::strerror(errno);
-  if (::close(fd) != 0 && ok) {
-    ok = false;
-    error = std::strerror(errno);
-  }
-  if (ok && ::rename(temp.c_str(), path.c_str()) != 0) {
-    ok = false;
-    error = std::strerror(errno);
-  }
-  if (!ok) ::unlink(temp.c_str());
-  return ok;
 }
 
 }  // namespace tiv::cli

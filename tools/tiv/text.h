@@ -22,12 +22,10 @@ std::optional<double> parse_double(std::string_view text);
 std::optional<std::int32_t> parse_long(std::string_view text);
 
 std::vector<std::string> split(std::string_view text, char separator);
+// The text with every LF that has no CR in front of it turned into CR LF.
+std::string with_crlf(std::string_view text);
 std::string_view trim(std::string_view text);
 
 // Reads a whole file. On failure gives nothing and sets `error` to the system's reason.
 std::optional<std::string> read_file(const std::string& path, std::string& error);
-// Replaces a file with `content` through a temporary file in the same directory, so that a
-// failed write leaves the old file whole. An existing file keeps its permissions.
-bool replace_file(const std::string& path, std::string_view content, std::string& error);
-
 }  // namespace tiv::cli
