@@ -103,6 +103,14 @@ TEST_F(WindowsFiles, WhatCantBeCarriedWholeIsRefused) {
   EXPECT_EQ(read_file("ff.env"), env);
 }
 
+TEST_F(WindowsFiles, TheLengthOfABinaryFileBeyondTwoGibibytes) {
+  write_file("big.bin", "");
+  std::filesystem::resize_file("big.bin", 3ull << 30);  // sparse: no 3 GiB written
+  const Outcome r = tiv({"fio", "header", "big.bin", "--json"});
+  EXPECT_EQ(r.code, 1);
+  EXPECT_NE(r.out.find("\"length\": 3221225472"), std::string::npos) << r.out;
+}
+
 TEST_F(WindowsFiles, ADumpThatCantShowAPathSaysSo) {
   std::string deep = "[S]\n";
   for (int i = 0; i < 30; ++i) deep += "  b" + std::to_string(i) + " ={\n";

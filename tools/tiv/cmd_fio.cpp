@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 #include <tivlib/fio.h>
 
 #include "commands.h"
@@ -40,15 +42,17 @@ struct FioArgs {
 void run_header(Session& s, const FioArgs& a) {
   const std::string& f = a.file;
   std::int32_t data_start = 0;
-  std::int32_t length = 0;
   {
     // Opening for reading with FIO_HEADER checks the header: behind it the stream stands at
     // the data, without one at the first byte.
     FileHandle checked{fio_open(nullptr, f.c_str(), FIO_READ | FIO_HEADER)};
     if (checked.h == nullptr) fail(kIo, "cannot open", f);
     data_start = fio_tell(checked.h);
-    length = fio_length(checked.h);
   }
+  // The library's lengths are 32-bit (-1 beyond 2 GiB): the tool takes the file's own size.
+  std::error_code ec;
+  const std::uintmax_t length = std::filesystem::file_size(f, ec);
+  if (ec) fail(kIo, "cannot look at: " + ec.message(), f);
   unsigned char raw[FIO_HEADER_SIZE] = {};
   std::int32_t got = 0;
   {

@@ -38,8 +38,21 @@ std::int32_t next_char(intptr_t user) {
   return static_cast<std::int32_t>(static_cast<signed char>(c));
 }
 
+// The sink of write_env_text. It is called from inside the library, so nothing may leave it:
+// a failed append is kept and thrown again once env_write has returned.
+struct TextSink {
+  std::string text;
+  bool failed = false;
+};
+
 std::int32_t put_char(std::int32_t c, intptr_t user) {
-  reinterpret_cast<std::string*>(user)->push_back(static_cast<char>(c));
+  auto* sink = reinterpret_cast<TextSink*>(user);
+  if (sink->failed) return 0;
+  try {
+    sink->text.push_back(static_cast<char>(c));
+  } catch (...) {
+    sink->failed = true;
+  }
   return 0;
 }
 
@@ -86,9 +99,10 @@ EnvReadResult read_env_text(env_handle* env, std::string_view text) {
 }
 
 std::string write_env_text(env_handle* env) {
-  std::string text;
-  env_write(put_char, reinterpret_cast<intptr_t>(&text), env);
-  return text;
+  TextSink sink;
+  env_write(put_char, reinterpret_cast<intptr_t>(&sink), env);
+  if (sink.failed) throw std::bad_alloc();
+  return std::move(sink.text);
 }
 
 namespace {
