@@ -42,6 +42,16 @@ env_handle* env_open_subenv(env_handle* env, const char* section, const char* pa
   if (env->status != ENV_IS_DATA && env->status != ENV_IS_BLOCK &&
       env->status != ENV_IS_EXTERNAL)
     return nullptr;
+  return tiv::env::open_subenv_at(env, env->cursor);
+}
+
+}  // extern "C"
+
+namespace tiv::env {
+
+env_handle* open_subenv_at(env_handle* env, Element* e) noexcept {
+  env->cursor = e;
+  env->status = kind_status(e);
   auto* sub = static_cast<env_handle*>(heap_calloc(1, sizeof(env_handle)));
   if (sub == nullptr) {
     report_no_memory(__LINE__);
@@ -57,6 +67,10 @@ env_handle* env_open_subenv(env_handle* env, const char* section, const char* pa
   ++env->open_count;
   return sub;
 }
+
+}  // namespace tiv::env
+
+extern "C" {
 
 int32_t env_close(env_handle* env, int32_t chain) noexcept {
   while (true) {

@@ -6,6 +6,8 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
+#include <unordered_map>
 
 #include "env/locate.h"
 #include "env/report.h"
@@ -47,6 +49,7 @@ int32_t insert_in_front(env_handle* env, Element* target, const char* name) {
   if (before == nullptr) b->first = e;
   else before->next = e;
   ++b->count;
+  ++env->store->reshapes;
   return ENV_OK;
 }
 
@@ -70,6 +73,7 @@ int32_t insert_section(env_handle* env, const char* section, const char* name) {
     if (before == nullptr) top->first = e;
     else before->next = e;
     ++top->count;
+    ++env->store->reshapes;
     return ENV_OK;
   }
   return ENV_NOT_FOUND;
@@ -217,6 +221,58 @@ int32_t env_data_length(env_handle* env, const char* section, const char* path,
   return static_cast<int32_t>(std::strlen(text));
 }
 
+// The position of each element of a walk among its same-named siblings (1 for the first of
+// its name), kept as the walk goes: constant time per step while the list in front of the
+// walk stays as it was. After a change (or when memory for the counts runs out) the position
+// is counted again from the start of the list.
+}  // extern "C"
+
+namespace {
+
+class SiblingPositions {
+ public:
+  long next(const Block* list, const Element* e) noexcept {
+    if (valid_ && e == expected_) {
+      try {
+        const long position = ++counts_[std::string_view(e->name(), e->name_length())];
+        expected_ = e->next;
+        return position;
+      } catch (...) {
+        valid_ = false;
+      }
+    }
+    return recount(list, e);
+  }
+  void invalidate() noexcept { valid_ = false; }
+
+ private:
+  long recount(const Block* list, const Element* e) noexcept {
+    long position = 1;
+    valid_ = false;
+    try {
+      counts_.clear();
+      for (const Element* x = list->first; x != nullptr && x != e; x = x->next)
+        ++counts_[std::string_view(x->name(), x->name_length())];
+      position = ++counts_[std::string_view(e->name(), e->name_length())];
+      valid_ = true;
+      expected_ = e->next;
+    } catch (...) {
+      position = 1;
+      for (const Element* x = list->first; x != nullptr && x != e; x = x->next)
+        if (same(x->name(), e->name())) ++position;
+    }
+    return position;
+  }
+
+  std::unordered_map<std::string_view, long> counts_;
+  const Element* expected_ = nullptr;
+  bool valid_ = false;
+};
+
+}  // namespace
+
+extern "C" {
+
 // Each child is visited through a sub-environment opened by its generated path, which
 // always spells the position (name@N). A child whose path would exceed 79 characters, or
 // whose name holds a delimiter character, can't be reached that way: it is not visited and
@@ -248,13 +304,17 @@ int32_t env_traverse(env_handle* env, const char* section, const char* path, int
   const bool sections = !env->is_subenv && section == nullptr;
   Block* list = sections ? top_block(env) : env->cursor->block;
   if (list == nullptr) list = top_block(env);
+  Store& store = *env->store;
+  const uint64_t at_start = store.reshapes;
   int32_t result = ENV_OK;
   char generated[kWalkPathMax + 1];
+  SiblingPositions positions;
+  std::size_t index = 0;  // of e in the list
   for (Element* e = env->cursor; e != nullptr;) {
-    std::size_t index = 0;
-    long position = 1;
-    for (Element* x = list->first; x != nullptr && x != e; x = x->next, ++index)
-      if (same(x->name(), e->name())) ++position;
+    // Positions count the same-named siblings in front; they are kept as the walk goes, and
+    // counted afresh only after a visit changed the list in front of e.
+    const long position = positions.next(list, e);
+    const uint64_t seen = store.reshapes;
     const char* visit_section = section;
     char* visit_path = nullptr;
     bool reachable = true;
@@ -264,13 +324,27 @@ int32_t env_traverse(env_handle* env, const char* section, const char* path, int
       reachable = join_walk_path(generated, path, e->name(), position);
       visit_path = generated;
     }
-    env_handle* sub = reachable ? env_open_subenv(env, visit_section, visit_path, exact) : nullptr;
+    // The generated address names e itself (a section only when it is the first of its name),
+    // as long as it is read exactly and nothing changed since the walk began: the
+    // sub-environment is then opened on e directly instead of looking the address up again.
+    env_handle* sub = nullptr;
+    if (reachable) {
+      const bool direct = sections ? position == 1 : exact != 0 && store.reshapes == at_start;
+      sub = direct ? open_subenv_at(env, e) : env_open_subenv(env, visit_section, visit_path, exact);
+    }
     if (sub != nullptr) {
       visit(sub, visit_section, visit_path, user);
       env_close(sub, 0);
     } else {
       result = ENV_ERROR;
     }
+    if (store.reshapes == seen) {
+      e = e->next;
+      ++index;
+      continue;
+    }
+    // The visit changed the lists: go on behind e if it is still there, else with the element
+    // that took its place.
     Element* in_place = nullptr;
     bool still_there = false;
     std::size_t i = 0;
@@ -282,6 +356,8 @@ int32_t env_traverse(env_handle* env, const char* section, const char* path, int
       if (i == index) in_place = x;
     }
     e = still_there ? e->next : in_place;
+    if (still_there) index = i + 1;
+    positions.invalidate();
   }
   return result;
 }

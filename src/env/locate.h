@@ -50,4 +50,8 @@ int32_t get_core(env_handle* env, const char* section, const char* path, int32_t
 // Reports that memory ran out.
 void report_no_memory(int line) noexcept;
 
+// A sub-environment standing on e, an element of env's tree, as env_open_subenv opens it
+// after finding e (env's cursor and status then tell of e). None when memory is out.
+env_handle* open_subenv_at(env_handle* env, Element* e) noexcept;
+
 }  // namespace tiv::env

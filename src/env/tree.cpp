@@ -118,6 +118,7 @@ bool ensure_child_block(Store& store, Element* e) noexcept {
 
 void destroy(Store& store, Element* e) noexcept {
   if (e == nullptr) return;
+  ++store.reshapes;
   e->next = nullptr;
   destroy_chain(store, e);
 }
@@ -137,6 +138,7 @@ Element* predecessor(const Block* b, const Element* e) noexcept {
 }
 
 void clear_block(Store& store, Block* b) noexcept {
+  ++store.reshapes;
   destroy_chain(store, b->first);
   b->first = b->last = nullptr;
   b->count = 0;

@@ -57,10 +57,13 @@ struct Block {
   Element* owner;  // the element whose value this block is; none for a root's top level
 };
 
-// What a root owns.
+// What a root owns. `reshapes` counts every change to a sibling list other than an append
+// (an unlink, an insertion in front of an element, a list emptied): a walk that saw the same
+// count before and after a step knows that the elements it passed are still where they were.
 struct Store {
   Block top{};
   Pool pool;
+  uint64_t reshapes = 0;
 };
 
 // The body of a sub-environment.

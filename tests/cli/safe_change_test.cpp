@@ -1,5 +1,6 @@
 // Changes that never lose data: concurrent writers, links and modes, a full disk, a writer
 // killed part way, CR LF kept, and files that a rewrite would lose refused unchanged.
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -25,19 +26,29 @@ std::vector<std::string> leftovers() {
   return names;
 }
 
-// Runs tiv in a child that may write at most `bytes` per file (a full disk), with the signal
-// of an oversized write ignored, so that the write fails instead.
-int tiv_on_full_disk(const std::vector<std::string>& args, rlim_t bytes) {
+// Runs tiv with one resource limited to `bytes` (a full disk: RLIMIT_FSIZE, with the signal of
+// an oversized write ignored so that the write fails; a memory limit: RLIMIT_AS). The child
+// limits itself and execs at once, output to /dev/null. Gives the exit code, or 128 plus the
+// signal that ended the run.
+int tiv_limited(const std::vector<std::string>& args, int resource, rlim_t bytes) {
+  std::vector<std::string> words = args;
+  words.insert(words.begin(), TIV_EXE);
+  std::vector<char*> argv;
+  for (auto& w : words) argv.push_back(w.data());
+  argv.push_back(nullptr);
   const pid_t pid = ::fork();
   if (pid == 0) {
+    const int null_fd = ::open("/dev/null", O_RDWR);
+    for (int fd : {0, 1, 2}) ::dup2(null_fd, fd);
     const rlimit limit{bytes, bytes};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::setrlimit(resource, &limit);
     ::signal(SIGXFSZ, SIG_IGN);
-    ::_exit(tiv(args).code);
+    ::execv(argv[0], argv.data());
+    ::_exit(127);
   }
   int status = 0;
   ::waitpid(pid, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 TEST_F(SafeChange, ConcurrentWritersLoseNothing) {
@@ -108,11 +119,34 @@ TEST_F(SafeChange, AFullDiskLeavesTheFileWhole) {
   write_file("a.env", env);
   write_file("a.ini", ini);
   const std::string big(400, 'v');
-  EXPECT_EQ(tiv_on_full_disk({"env", "set", "a.env", "S", "y", big}, 64), 4);
-  EXPECT_EQ(tiv_on_full_disk({"ini", "set", "a.ini", "S", "y", big}, 64), 4);
+  EXPECT_EQ(tiv_limited({"env", "set", "a.env", "S", "y", big}, RLIMIT_FSIZE, 64), 4);
+  EXPECT_EQ(tiv_limited({"ini", "set", "a.ini", "S", "y", big}, RLIMIT_FSIZE, 64), 4);
   EXPECT_EQ(read_file("a.env"), env);
   EXPECT_EQ(read_file("a.ini"), ini);
   EXPECT_EQ(leftovers(), std::vector<std::string>{});
+}
+
+TEST_F(SafeChange, MemoryLimitsLeaveFilesWhole) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the address sanitizer needs more address space than the limits leave";
+#endif
+  std::string env = "[S]\n";
+  for (int i = 0; i < 100000; ++i) env += "  v" + std::to_string(i) + " =value number " + std::to_string(i) + "\n";
+  const std::string after = env + "  new =1\n";
+  for (rlim_t megabytes : {12, 20, 30, 60}) {
+    write_file("big.env", env);
+    write_file("big.ini", "[S]\nx=1\n");
+    const int set = tiv_limited({"env", "set", "big.env", "S", "new", "1"}, RLIMIT_AS, megabytes << 20);
+    EXPECT_TRUE((set == 0 && read_file("big.env") == after) || (set == 4 && read_file("big.env") == env))
+        << megabytes << " MB: exit " << set;
+    const int ini = tiv_limited({"ini", "set", "big.ini", "S", "y", "2"}, RLIMIT_AS, megabytes << 20);
+    EXPECT_TRUE((ini == 0 && read_file("big.ini") == "[S]\nx=1\ny=2\n") ||
+                (ini == 4 && read_file("big.ini") == "[S]\nx=1\n"))
+        << megabytes << " MB: exit " << ini;
+    const int dump = tiv_limited({"env", "dump", "big.env", "--json"}, RLIMIT_AS, megabytes << 20);
+    EXPECT_TRUE(dump == 0 || dump == 4) << megabytes << " MB: exit " << dump;
+    EXPECT_EQ(leftovers(), std::vector<std::string>{});
+  }
 }
 
 TEST_F(SafeChange, AWriterKilledPartWayLeavesTheOldOrTheNewFile) {
