@@ -223,8 +223,8 @@ int32_t env_data_length(env_handle* env, const char* section, const char* path,
 
 // The position of each element of a walk among its same-named siblings (1 for the first of
 // its name), kept as the walk goes: constant time per step while the list in front of the
-// walk stays as it was. After a change (or when memory for the counts runs out) the position
-// is counted again from the start of the list.
+// walk stays as it was. After a change the position is counted again from the start of the
+// list. 0 when memory for the counts runs out.
 }  // extern "C"
 
 namespace {
@@ -257,9 +257,8 @@ class SiblingPositions {
       valid_ = true;
       expected_ = e->next;
     } catch (...) {
-      position = 1;
-      for (const Element* x = list->first; x != nullptr && x != e; x = x->next)
-        if (same(x->name(), e->name())) ++position;
+      counts_.clear();
+      position = 0;
     }
     return position;
   }
@@ -314,6 +313,10 @@ int32_t env_traverse(env_handle* env, const char* section, const char* path, int
     // Positions count the same-named siblings in front; they are kept as the walk goes, and
     // counted afresh only after a visit changed the list in front of e.
     const long position = positions.next(list, e);
+    if (position == 0) {
+      report_no_memory(__LINE__);
+      return ENV_ERROR;
+    }
     const uint64_t seen = store.reshapes;
     const char* visit_section = section;
     char* visit_path = nullptr;

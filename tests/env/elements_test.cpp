@@ -168,6 +168,44 @@ TEST_F(EnvElements, VisitMayDeleteItsOwnElement) {
   EXPECT_EQ(env_count_elements(env_, "s", nullptr, 1), 0);
 }
 
+// Walks of small and large sections give the same visits: positions of repeated names, a
+// visit that deletes its element, and one that inserts in front of it.
+TEST_F(EnvElements, WalksOfSmallAndLargeSectionsAgree) {
+  for (int n : {6, 1500}) {
+    Root root;
+    std::string expected;
+    for (int i = 0; i < n; ++i) {
+      const std::string name = "n" + std::to_string(i % 3);
+      env_put(root, "s", (name + "@" + std::to_string(i / 3 + 1)).c_str(), "v");
+      expected += "s|" + name + "@" + std::to_string(i / 3 + 1) + "|data;";
+    }
+    EXPECT_EQ(walk(root, "s", nullptr), expected) << n;
+    int visits = 0;
+    auto inserting = [](env_handle* sub, const char*, char*, intptr_t user) -> int32_t {
+      ++*reinterpret_cast<int*>(user);
+      env_insert_before(sub, nullptr, nullptr, "new");
+      return 0;
+    };
+    EXPECT_EQ(env_traverse(root, "s", nullptr, 1, inserting, reinterpret_cast<intptr_t>(&visits)), ENV_OK);
+    EXPECT_EQ(visits, n);
+    EXPECT_EQ(env_count_elements(root, "s", nullptr, 1), 2 * n);
+    visits = 0;
+    struct Ctx {
+      env_handle* root;
+      int visits;
+    } ctx{root, 0};
+    auto deleting = [](env_handle*, const char* section, char* path, intptr_t user) -> int32_t {
+      auto* c = reinterpret_cast<Ctx*>(user);
+      ++c->visits;
+      env_delete(c->root, section, path);
+      return 0;
+    };
+    EXPECT_EQ(env_traverse(root, "s", nullptr, 1, deleting, reinterpret_cast<intptr_t>(&ctx)), ENV_OK);
+    EXPECT_EQ(ctx.visits, 2 * n);
+    EXPECT_EQ(env_count_elements(root, "s", nullptr, 1), 0);
+  }
+}
+
 TEST_F(EnvElements, UnreachableNamesAreSkippedWithAnError) {
   Root odd;
   ASSERT_EQ(read_string(odd, "[s]\nmail@home =1\nok =2\n"), ENV_OK);

@@ -254,7 +254,7 @@ void run_dump(Session& s, const EnvArgs& a) {
   if (walk.failure) std::rethrow_exception(walk.failure);
   if (a.json) s.ctx.out << (walk.printed == 0 ? "[]\n" : "\n]\n");
   if (code != ENV_OK)
-    fail(kBadFormat, "the dump is incomplete: an element's path is longer than 79 characters", a.file);
+    fail(kBadFormat, "the dump is incomplete: the walk stopped at an element whose path is longer than 79 characters, or for lack of memory", a.file);
 }
 
 void run_check(Session& s, const EnvArgs& a) {
