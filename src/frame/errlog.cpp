@@ -19,31 +19,26 @@ struct LogPlace {
 LogPlace g_log_place;
 }  // namespace
 
-namespace {
-// The name resolution may allocate; a log that can't be opened for any reason is dropped.
-std::FILE* open_log(const char* name, const char* mode) noexcept {
-  try {
-    return platform::open_file(name, mode);
-  } catch (...) {
-    return nullptr;
-  }
-}
-}  // namespace
-
 LogRecord::LogRecord() noexcept : file_(nullptr) {
   LogPlace& place = g_log_place;
   if (place.kind == LogPlace::Kind::off) return;
-  const char* mode = opens == 0 ? "w" : "a";
+  bool empty_first = opens == 0;
   if (place.kind == LogPlace::Kind::file) {
-    mode = place.opens_here == 0 ? "w" : "a";
+    empty_first = place.opens_here == 0;
     ++place.opens_here;
   }
-  file_ = open_log(place.kind == LogPlace::Kind::file ? place.path : kLogName, mode);
   ++opens;
+  platform::LogPlaceKind kind;
+  file_ = platform::open_log_file(place.kind == LogPlace::Kind::file ? place.path : kLogName,
+                                  empty_first, &kind);
+  // What stands at the log's place is no file (a FIFO, device, directory, a link of another
+  // user): the record goes to standard error instead.
+  if (kind == platform::LogPlaceKind::not_a_file) file_ = stderr;
 }
 
 LogRecord::~LogRecord() {
-  if (file_ != nullptr) std::fclose(file_);
+  if (file_ == stderr) std::fflush(stderr);
+  else if (file_ != nullptr) std::fclose(file_);
 }
 
 void LogRecord::put(const char* format, ...) noexcept {

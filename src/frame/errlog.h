@@ -3,7 +3,9 @@
 // Every record opens the log and closes it again, so a record is on disk before its report
 // returns. The first opening of a process empties the log; later ones append. An opening that
 // fails still counts as an opening, and the record is dropped without a word: the log is the
-// end of the line for failures and has no second channel.
+// end of the line for failures and has no second channel. The log is opened without blocking
+// and only as a regular file: where a FIFO, device, directory or socket stands at its place, or
+// a symbolic link that isn't the user's own, the record goes to standard error instead.
 #pragma once
 
 #include <cstddef>

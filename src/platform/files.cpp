@@ -3,7 +3,10 @@
 
 #include <cerrno>
 #include <new>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
 #include <string>
 
 namespace tiv::platform {
@@ -25,6 +28,59 @@ std::FILE* open_file(const char* path, const char* mode) noexcept {
       errno = EISDIR;
       return nullptr;
     }
+    return stream;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+std::FILE* open_log_file(const char* path, bool empty_first, LogPlaceKind* kind) noexcept {
+  *kind = LogPlaceKind::failed;
+  if (path == nullptr) return nullptr;
+  try {
+    const std::string real = real_path(path, Intent::create);
+    if (real.empty()) return nullptr;
+    struct stat link {};
+    int flags = O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC;
+    if (::lstat(real.c_str(), &link) == 0) {
+      if (S_ISLNK(link.st_mode)) {
+        struct stat target {};
+        const uid_t me = ::getuid();
+        if (link.st_uid != me || ::stat(real.c_str(), &target) != 0 || target.st_uid != me) {
+          *kind = LogPlaceKind::not_a_file;
+          return nullptr;
+        }
+      } else {
+        flags |= O_NOFOLLOW;
+      }
+      if (S_ISDIR(link.st_mode)) {
+        *kind = LogPlaceKind::not_a_file;
+        return nullptr;
+      }
+    }
+    const int fd = ::open(real.c_str(), flags, 0666);
+    if (fd < 0) {
+      // ENXIO: a FIFO that nobody reads; EISDIR, ELOOP: no file to write to.
+      if (errno == ENXIO || errno == EISDIR || errno == ELOOP) *kind = LogPlaceKind::not_a_file;
+      return nullptr;
+    }
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+      ::close(fd);
+      *kind = LogPlaceKind::not_a_file;
+      return nullptr;
+    }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    if (empty_first && ::ftruncate(fd, 0) != 0) {
+      ::close(fd);
+      return nullptr;
+    }
+    std::FILE* stream = ::fdopen(fd, "a");
+    if (stream == nullptr) {
+      ::close(fd);
+      return nullptr;
+    }
+    *kind = LogPlaceKind::file;
     return stream;
   } catch (const std::bad_alloc&) {
     return nullptr;

@@ -43,4 +43,17 @@ inline int get_text_char(std::FILE* stream) noexcept {
   return c;
 }
 
+// How the failure log's place was found.
+enum class LogPlaceKind {
+  file,        // a regular file, opened
+  not_a_file,  // a FIFO, device, directory or socket, or a link the user doesn't own
+  failed       // it can't be opened (no permission, no directory, ...)
+};
+
+// Opens the failure log at `path` for writing at its end, emptied first if `empty_first`. It
+// never blocks (a FIFO nobody reads is refused at once) and writes only to a regular file: a
+// symbolic link is followed only where the link and its target belong to the user running
+// the process. Nil, with *kind telling why, when the log can't be used.
+std::FILE* open_log_file(const char* path, bool empty_first, LogPlaceKind* kind) noexcept;
+
 }  // namespace tiv::platform

@@ -1,6 +1,8 @@
 // The records of zv.err, byte for byte, and the trace stack shown under them.
 #include <tivlib/zv.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -186,6 +188,27 @@ TEST_F(Log, HostChoosesThePlaceOrSwitchesItOff) {
             "> MESSAGE in \"S\" line 7:\n  three!\n\n\n");
   EXPECT_EQ(log_text(), "> MESSAGE in \"S\" line 1:\n  before!\n\n\n"
                         "> MESSAGE in \"S\" line 6:\n  back!\n\n\n");
+}
+
+// What is no regular file at the log's place gets the record on standard error: a FIFO that
+// nobody reads must not block, a directory must not fail silently. The user's own link is
+// followed.
+TEST_F(Log, ThePlaceIsOpenedSafely) {
+  ASSERT_EQ(::mkfifo("fifo.err", 0600), 0);
+  std::filesystem::create_directory("dir.err");
+  write_file("target.err", "");
+  std::filesystem::create_symlink("target.err", "link.err");
+  for (const char* place : {"fifo.err", "dir.err"}) {
+    ASSERT_EQ(zv_set_log_file(place), 0);
+    testing::internal::CaptureStderr();
+    zv_message("to stderr", nullptr, nullptr, "S", 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "> MESSAGE in \"S\" line 1:\n  to stderr!\n\n\n") << place;
+  }
+  ASSERT_EQ(zv_set_log_file("link.err"), 0);
+  zv_message("through the link", nullptr, nullptr, "S", 2);
+  EXPECT_EQ(read_file("target.err"), "> MESSAGE in \"S\" line 2:\n  through the link!\n\n\n");
+  EXPECT_TRUE(std::filesystem::is_symlink("link.err"));
+  zv_set_log_file("");
 }
 
 }  // namespace
