@@ -87,9 +87,7 @@ void walk(Op& op, const char* path, int32_t exact) {
 
 // Moves the cursor to the pos-th child (from 1, any name) of the block at the cursor.
 void position_walk(env_handle* env, int32_t pos) {
-  Block* b = child_of(env->cursor);
-  Element* e = b != nullptr ? b->first : nullptr;
-  for (int32_t i = 1; e != nullptr && i < pos; ++i) e = e->next;
+  Element* e = nth_child(*env->store, child_of(env->cursor), pos);
   env->cursor = e;
   env->status = e != nullptr ? kind_status(e) : ENV_NOT_FOUND;
 }
@@ -223,8 +221,7 @@ void locate_pos(Op& op, const char* section, const char* path, int32_t pos,
   }
   if (section == nullptr) {
     if (pos > 0) {
-      Element* e = top_block(env)->first;
-      for (int32_t i = 1; e != nullptr && i < pos; ++i) e = e->next;
+      Element* e = nth_child(*env->store, top_block(env), pos);
       env->cursor = e;
       env->status = e != nullptr ? kind_status(e) : ENV_NOT_FOUND;
     } else {

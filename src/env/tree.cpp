@@ -137,6 +137,33 @@ Element* predecessor(const Block* b, const Element* e) noexcept {
   return before;
 }
 
+uint64_t next_store_serial() noexcept {
+  static uint64_t g_store_serials = 0;
+  return ++g_store_serials;
+}
+
+Element* nth_child(const Store& store, const Block* b, int32_t pos) noexcept {
+  // The last answer, valid while the same store keeps the shape of its lists.
+  static struct {
+    uint64_t serial = 0;
+    uint64_t reshapes = 0;
+    const Block* block = nullptr;
+    int32_t pos = 0;
+    Element* element = nullptr;
+  } g_last;
+  if (b == nullptr || pos < 1) return nullptr;
+  Element* e = nullptr;
+  if (g_last.serial == store.serial && g_last.reshapes == store.reshapes && g_last.block == b &&
+      g_last.element != nullptr && (pos == g_last.pos || pos == g_last.pos + 1)) {
+    e = pos == g_last.pos ? g_last.element : g_last.element->next;
+  } else {
+    e = b->first;
+    for (int32_t i = 1; e != nullptr && i < pos; ++i) e = e->next;
+  }
+  g_last = {store.serial, store.reshapes, b, pos, e};
+  return e;
+}
+
 void clear_block(Store& store, Block* b) noexcept {
   ++store.reshapes;
   destroy_chain(store, b->first);

@@ -57,6 +57,9 @@ struct Block {
   Element* owner;  // the element whose value this block is; none for a root's top level
 };
 
+// A number no store of this process had before.
+uint64_t next_store_serial() noexcept;
+
 // What a root owns. `reshapes` counts every change to a sibling list other than an append
 // (an unlink, an insertion in front of an element, a list emptied): a walk that saw the same
 // count before and after a step knows that the elements it passed are still where they were.
@@ -64,6 +67,7 @@ struct Store {
   Block top{};
   Pool pool;
   uint64_t reshapes = 0;
+  uint64_t serial = next_store_serial();  // tells stores apart, even at one address
 };
 
 // The body of a sub-environment.
@@ -124,5 +128,10 @@ void free_element(Store& store, Block* b, Element* before, Element* e) noexcept;
 Element* predecessor(const Block* b, const Element* e) noexcept;
 // Frees every element of b; b stays, empty.
 void clear_block(Store& store, Block* b) noexcept;
+
+// The pos-th element (from 1) of b, a list of store, or none. Reading the positions of a list
+// one after the other costs a step each: the last answer is kept while the store's lists
+// keep their shape.
+Element* nth_child(const Store& store, const Block* b, int32_t pos) noexcept;
 
 }  // namespace tiv::env
