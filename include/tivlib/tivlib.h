@@ -3,6 +3,7 @@
 #define TIVLIB_TIVLIB_H
 
 #include <tivlib/types.h>
+#include <tivlib/version.h>
 #include <tivlib/zv.h>
 #include <tivlib/heap.h>
 #include <tivlib/queue.h>

@@ -23,8 +23,4 @@
 #define TIV_END_DECLS
 #endif
 
-#define TIVLIB_VERSION_MAJOR 1
-#define TIVLIB_VERSION_MINOR 0
-#define TIVLIB_VERSION_PATCH 0
-
 #endif /* TIVLIB_TYPES_H */

@@ -1,4 +1,5 @@
 // The records of zv.err, byte for byte, and the trace stack shown under them.
+#include <tivlib/version.h>
 #include <tivlib/zv.h>
 
 #include <sys/stat.h>
@@ -209,6 +210,14 @@ TEST_F(Log, ThePlaceIsOpenedSafely) {
   EXPECT_EQ(read_file("target.err"), "> MESSAGE in \"S\" line 2:\n  through the link!\n\n\n");
   EXPECT_TRUE(std::filesystem::is_symlink("link.err"));
   zv_set_log_file("");
+}
+
+TEST(Version, TheLibraryAndItsHeadersTellTheSameVersion) {
+  const std::string numbers = std::to_string(TIVLIB_VERSION_MAJOR) + "." +
+                              std::to_string(TIVLIB_VERSION_MINOR) + "." +
+                              std::to_string(TIVLIB_VERSION_PATCH);
+  EXPECT_EQ(numbers, TIVLIB_VERSION_TEXT);
+  EXPECT_STREQ(tivlib_version(), TIVLIB_VERSION_TEXT);
 }
 
 }  // namespace

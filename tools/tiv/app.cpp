@@ -4,7 +4,7 @@
 
 #include <new>
 #include <ostream>
-#include <tivlib/types.h>
+#include <tivlib/version.h>
 
 #include "commands.h"
 #include "encoding.h"
@@ -25,8 +25,7 @@ constexpr const char* kFooter =
     "Run 'tiv COMMAND --help' for the options and an example of each command.";
 
 std::string version_text() {
-  return "tiv " + std::to_string(TIVLIB_VERSION_MAJOR) + "." +
-         std::to_string(TIVLIB_VERSION_MINOR) + "." + std::to_string(TIVLIB_VERSION_PATCH);
+  return std::string("tiv ") + tivlib_version();
 }
 
 // The chain of selected subcommands, outermost first, without the root.
