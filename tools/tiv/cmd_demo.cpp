@@ -138,8 +138,8 @@ void run_demo(Session& s, const std::string& given) {
   Context ctx{s.ctx.out, s.ctx.out};
   Session nested{ctx, log};
   Tour tour(nested);
-  s.ctx.out << "Tivlib tour: each family of the library at work on the sample files of\n"
-            << examples.string() << ", copied to a scratch directory.\n";
+  s.ctx.out << "Tivlib tour: each family of the library at work on a copy of the sample files\n"
+            << "(examples/data and examples/catalog) in a scratch directory.\n";
 
   tour.heading("Environment files: a tree of sections, blocks and values (tiv env)");
   tour.run({"env", "get", "wall.env", "Wall", "height", "--double"});
