@@ -34,6 +34,39 @@ std::FILE* open_file(const char* path, const char* mode) noexcept {
   }
 }
 
+std::FILE* create_private_file(const char* path) noexcept {
+  if (path == nullptr) return nullptr;
+  try {
+    const std::string real = real_path(path, Intent::create);
+    if (real.empty()) return nullptr;
+    const int fd = ::open(real.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (fd < 0) return nullptr;
+    std::FILE* stream = ::fdopen(fd, "w");
+    if (stream == nullptr) ::close(fd);
+    return stream;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+bool flush_to_disk(std::FILE* stream) noexcept {
+  return stream != nullptr && std::fflush(stream) == 0 && ::fsync(::fileno(stream)) == 0;
+}
+
+bool sync_file(const char* path) noexcept {
+  if (path == nullptr) return false;
+  try {
+    const std::string real = real_path(path, Intent::existing);
+    const int fd = ::open(real.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    const bool ok = ::fsync(fd) == 0;
+    ::close(fd);
+    return ok;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
 std::FILE* open_log_file(const char* path, bool empty_first, LogPlaceKind* kind) noexcept {
   *kind = LogPlaceKind::failed;
   if (path == nullptr) return nullptr;

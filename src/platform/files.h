@@ -43,6 +43,16 @@ inline int get_text_char(std::FILE* stream) noexcept {
   return c;
 }
 
+// Creates a new file for writing that nobody else can read (mode 0600), exclusively: nil if
+// the name exists already, also as a symbolic link, which is never followed.
+std::FILE* create_private_file(const char* path) noexcept;
+
+// Writes what the stream holds to the disk (fflush and fsync). False on a write fault.
+bool flush_to_disk(std::FILE* stream) noexcept;
+
+// Writes the file's data to the disk (fsync). False if it can't be opened or synced.
+bool sync_file(const char* path) noexcept;
+
 // How the failure log's place was found.
 enum class LogPlaceKind {
   file,        // a regular file, opened

@@ -1,4 +1,5 @@
 // Opening, updating and closing an in-memory settings handle.
+#include <cstdio>
 #include <cstring>
 
 #include <tivlib/fio.h>
@@ -6,6 +7,7 @@
 #include <tivlib/mini.h>
 #include <tivlib/str.h>
 
+#include "platform/files.h"
 #include "settings/mini_merge.h"
 #include "settings/mini_store.h"
 
@@ -66,21 +68,37 @@ extern "C" mini_file* mini_open(const char* directory, const char* name, int32_t
   return handle;
 }
 
+namespace {
+
+// Flushes the settings file of the handle to the disk.
+bool sync_settings_file(const mini_file* handle) {
+  char path[FIO_PATH_BUFFER];
+  if (fio_makepath(path, nullptr, handle->directory, handle->name) == nullptr) return false;
+  return tiv::platform::sync_file(path);
+}
+
+}  // namespace
+
 extern "C" int32_t mini_update_file(mini_file* handle) noexcept {
   if (handle == nullptr || (handle->flags & MINI_READ_ONLY) != 0) return 0;
   // A file that exists but can't be opened is left alone: merging memory alone would lose
   // every section never loaded.
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
   if (in == nullptr && (handle->flags & MINI_REPLACE) == 0 && file_exists(handle)) return 0;
+  // The temporary file is made private (mode 0600, exclusively, no link followed) before the
+  // file handle opens it.
   char tmpname[FIO_PATH_BUFFER] = "";
-  fio_handle* out = fio_tmpnam(tmpname) != nullptr ? fio_open("", tmpname, FIO_WRITE | FIO_TEXT)
+  std::FILE* made = fio_tmpnam(tmpname) != nullptr ? tiv::platform::create_private_file(tmpname)
                                                    : nullptr;
+  if (made != nullptr) std::fclose(made);
+  fio_handle* out = made != nullptr ? fio_open("", tmpname, FIO_WRITE | FIO_TEXT) : nullptr;
   if (out == nullptr) {
     fio_close(in);
     if (tmpname[0] != '\0') fio_purge("", tmpname);  // created before its handle failed?
     return 0;
   }
   bool ok = merge(handle, in, fio_fp(out));
+  ok = tiv::platform::flush_to_disk(fio_fp(out)) && ok;  // on the disk before the copy
   const bool had_source = in != nullptr;
   fio_close(in);
   if (fio_close(out) != 0) ok = false;
@@ -91,7 +109,8 @@ extern "C" int32_t mini_update_file(mini_file* handle) noexcept {
     fio_purge("", tmpname);
     return 0;
   }
-  const int32_t code = fio_copy("", tmpname, handle->directory, handle->name);
+  int32_t code = fio_copy("", tmpname, handle->directory, handle->name);
+  if (code == 0 && !sync_settings_file(handle)) code = -1;  // the copy is on the disk too
   if (code == 0) fio_purge("", tmpname);  // after a failed copy the temporary file stays
   return ok && code == 0 ? 1 : 0;
 }

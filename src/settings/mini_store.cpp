@@ -8,6 +8,7 @@
 #include <tivlib/str.h>
 #include <tivlib/zv.h>
 
+#include "platform/fs_ops.h"
 #include "settings/line.h"
 
 // The list operations see sections and entries through their leading links.
@@ -117,16 +118,25 @@ bool file_exists(const mini_file* handle) {
   return fio_exist(handle->directory, handle->name) != 0;
 }
 
+namespace {
+bool names_a_directory(const mini_file* handle) {
+  char path[FIO_PATH_BUFFER];
+  return fio_makepath(path, nullptr, handle->directory, handle->name) != nullptr &&
+         tiv::platform::is_directory(path);
+}
+}  // namespace
+
 mini_section* find_or_load(mini_file* handle, const char* name, Lookup* how) {
   Lookup dummy;
   if (how == nullptr) how = &dummy;
   *how = Lookup::found;
   if (mini_section* s = find_loaded(handle, name)) return s;
   fio_handle* in = fio_open(handle->directory, handle->name, FIO_READ | FIO_TEXT);
-  // A file that can't be opened (missing, a directory, no permission) holds no section that a
-  // write could replace: what the update later does with it is the update's own result.
+  // A name that is missing or no file at all (a directory) holds no section that a write could
+  // replace: what the update later does with it is the update's own result. A file that is
+  // there but couldn't be opened (memory, permission) may hold the section.
   if (in == nullptr) {
-    *how = Lookup::absent;
+    *how = file_exists(handle) && !names_a_directory(handle) ? Lookup::unusable : Lookup::absent;
     return nullptr;
   }
   char text[kLineBuffer];

@@ -66,8 +66,8 @@ mini_section* find_loaded(const mini_file* handle, const char* name);
 // How a section was looked for.
 enum class Lookup {
   found,      // loaded before or now
-  absent,     // neither memory nor the file holds it (or the file can't be opened)
-  unusable    // the file holds it but memory ran out while loading it
+  absent,     // neither memory nor the file holds it (or the name is a directory)
+  unusable    // the file may hold it but couldn't be read, or memory ran out loading it
 };
 // The loaded section, or the section loaded now from the file; nil if it isn't there. A
 // section that can't be loaded whole (memory ran out) is not kept, so its lines stay in the

@@ -150,9 +150,10 @@ int32_t Rewrite::begin(const char* file, bool source_required) {
   if (file == nullptr) return -1;
   in_ = open_for_reading(file, false);
   if (in_ == nullptr && source_required) return -1;
-  // The temporary file is named and placed by fio_tmpnam alone.
+  // The temporary file is named and placed by fio_tmpnam alone. It is created exclusively and
+  // private (mode 0600, a planted link is not followed): it holds the settings while it lives.
   if (fio_tmpnam(tmpname_) == nullptr) return -1;
-  tmp_ = platform::open_file(tmpname_, "w");
+  tmp_ = platform::create_private_file(tmpname_);
   if (tmp_ == nullptr) return -1;
   have_tmp_ = true;
   out_.attach(tmp_);
@@ -165,11 +166,20 @@ int32_t Rewrite::begin(const char* file, bool source_required, const char* secti
   return begin(file, source_required);
 }
 
+namespace {
+// fio_copy's result for a write that fell short; a copy that can't be flushed is one too.
+constexpr int32_t kCopyWriteFault = 3;
+}  // namespace
+
 int32_t Rewrite::commit() {
+  // The new content is on the disk before the copy begins, and the copy before the temporary
+  // file goes: a crash between leaves one whole copy.
+  if (tmp_ != nullptr && !platform::flush_to_disk(tmp_)) out_.note_failure();
   close_files();
   if (!have_tmp_) return -1;
   if (out_.failed()) return -1;  // the destructor removes the incomplete temporary file
-  const int32_t code = fio_copy("", tmpname_, "", file_);
+  int32_t code = fio_copy("", tmpname_, "", file_);
+  if (code == 0 && !platform::sync_file(file_)) code = kCopyWriteFault;
   if (code == 0) fio_purge("", tmpname_);
   have_tmp_ = false;  // a temporary file left by a failed copy holds the whole new content
   return code;
