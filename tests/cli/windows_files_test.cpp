@@ -123,5 +123,32 @@ TEST_F(WindowsFiles, ADumpThatCantShowAPathSaysSo) {
       << r.err;
 }
 
+// Hostile inputs of every family end in a result or a message, never in a signal.
+TEST_F(WindowsFiles, HostileInputsEndInAResultOrAMessage) {
+  write_file("binary.txt", std::string("\0\xff\x01[=}{\\\"'\n", 11) + std::string(70000, '\xfc'));
+  write_file("long.txt", std::string(100000, 'x') + "\n" + std::string(5000, '(') + "\n");
+  std::filesystem::create_directory("catalog");
+  write_file("catalog/BAD.PRO", std::string("\xff\xfe garbage\n;;;;\n") + std::string(3000, '9') + "\n");
+  write_file("zv2.ini", "[System]\nProfile=catalog\n");
+  for (const auto& args : std::vector<std::vector<std::string>>{
+           {"scan", "binary.txt", "--json"},
+           {"scan", "long.txt"},
+           {"calc", std::string(3000, '(') + "1" + std::string(3000, ')')},
+           {"calc", "--json", std::string("1+\xff\xfc", 4)},
+           {"env", "check", "binary.txt"},
+           {"env", "dump", "long.txt", "--json"},
+           {"ini", "list", "binary.txt", "--json"},
+           {"ini", "get", "long.txt", "x", "y"},
+           {"fio", "header", "binary.txt", "--json"},
+           {"profil", "list", "IPE"},
+           {"profil", "search", "", "--where", "h>=1"}}) {
+    const Outcome r = tiv(args);
+    EXPECT_TRUE(r.code >= 0 && r.code <= 4) << args[0] << " " << args[1] << ": exit " << r.code;
+    if (r.code > 1) {
+      EXPECT_EQ(r.err.rfind("tiv: ", 0), 0u) << args[0] << " " << args[1] << ": " << r.err;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tiv::test
