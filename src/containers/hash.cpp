@@ -8,7 +8,9 @@
 #include <tivlib/heap.h>
 #include <tivlib/zv.h>
 
+#include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "containers/hash_table.h"
 
@@ -16,6 +18,8 @@ namespace {
 
 using tiv::containers::hash::default_function;
 using tiv::containers::hash::kMaxSlots;
+using tiv::containers::hash::NameIndex;
+using tiv::containers::hash::probe_step;
 using tiv::containers::hash::primary_slot;
 using tiv::containers::hash::Slot;
 using tiv::containers::hash::table_size;
@@ -50,6 +54,7 @@ char *copy_name(const char *name) noexcept {
 }
 
 void free_names(hash_table *t) noexcept {
+    t->index->clear();
     for (int32_t i = 0; i < t->size; ++i) {
         heap_free(t->slots[i].name);
         t->slots[i].name = nullptr;
@@ -87,7 +92,10 @@ hash_table *hash_open(intptr_t id, int32_t size, hash_function_fn function,
     auto *t = static_cast<hash_table *>(heap_calloc(1, sizeof(hash_table)));
     if (t == nullptr) return nullptr;
     t->slots = static_cast<Slot *>(heap_calloc(static_cast<uint32_t>(slots), sizeof(Slot)));
-    if (t->slots == nullptr) {
+    t->index = new (std::nothrow) NameIndex();
+    if (t->slots == nullptr || t->index == nullptr) {
+        delete t->index;
+        heap_free(t->slots);
         heap_free(t);
         return nullptr;
     }
@@ -110,6 +118,7 @@ hash_table *hash_open(intptr_t id, int32_t size, hash_function_fn function,
 void hash_close(hash_table *table) noexcept {
     if (table == nullptr || table->children > 0) return;
     free_names(table);
+    delete table->index;
     heap_free(table->slots);
     if (table->parent != nullptr) --table->parent->children;
     heap_free(table);
@@ -130,7 +139,10 @@ int32_t hash_put(hash_table *table, const char *name, intptr_t value) noexcept {
     Slot &slot = table->slots[at];
     if (slot.name == nullptr) {
         char *copy = copy_name(name);
-        if (copy == nullptr) return -1;
+        if (copy == nullptr || !table->index->add(copy, at)) {
+            heap_free(copy);
+            return -1;
+        }
         slot.name = copy;
         slot.hash = h;
     }
@@ -167,21 +179,25 @@ int32_t hash_get(hash_table *table, const char *name, intptr_t *value, intptr_t 
             break;
         }
     }
-    while (found == nullptr) {
-        bool offered = false;
+    if (found == nullptr) {
+        // The sweeps reach slot s of a table at the step k with k * p = s (mod size): the
+        // index gives the slots that hold the name, and the fewest steps win, the inner table
+        // at equal steps, as the sweeps themselves would decide.
+        int64_t best = INT64_MAX;
         for (hash_table *t = table; t != nullptr; t = t->parent) {
-            int32_t pos = t->probe_pos + t->probe_start;
-            if (pos >= t->size) pos -= t->size;
-            t->probe_pos = pos;
-            if (pos == t->probe_start) continue;  // this table's cycle closes in this sweep
-            offered = true;
-            if (holds(t->slots[pos], name, t->probe_hash)) {
-                found = t;
-                at = pos;
-                break;
-            }
+            const int32_t h = t->probe_hash;
+            const int32_t p = t->probe_start;
+            t->index->for_each(name, [&](int32_t s) {
+                if (!holds(t->slots[s], name, h)) return;
+                const int64_t step = probe_step(s, p, t->size);
+                if (step < best) {  // tables are met inner first: equal steps stay inner
+                    best = step;
+                    found = t;
+                    at = s;
+                }
+            });
         }
-        if (!offered) return -1;
+        if (found == nullptr) return -1;
     }
     if (value != nullptr) *value = found->slots[at].value;
     if (id != nullptr) *id = found->id;
@@ -203,6 +219,7 @@ int32_t hash_remove_name(hash_table *table, const char *name) noexcept {
     if (table == nullptr || name == nullptr) return -1;
     const int32_t at = probe_for_storing(table, name, table->hash_function(name));
     if (at < 0 || table->slots[at].name == nullptr) return -1;
+    table->index->remove(table->slots[at].name, at);
     heap_free(table->slots[at].name);
     table->slots[at].name = nullptr;
     return at;
@@ -210,6 +227,7 @@ int32_t hash_remove_name(hash_table *table, const char *name) noexcept {
 
 int32_t hash_remove_index(hash_table *table, int32_t index) noexcept {
     if (!valid_index(table, index) || table->slots[index].name == nullptr) return -1;
+    table->index->remove(table->slots[index].name, index);
     heap_free(table->slots[index].name);
     table->slots[index].name = nullptr;
     return index;

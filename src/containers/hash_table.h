@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "containers/hash_index.h"
+
 namespace tiv::containers::hash {
 
 // One slot. A nil name marks a free slot; the value of a freed slot stays, unseen. `hash` is
@@ -58,7 +60,7 @@ constexpr int32_t primary_slot(int32_t h, int32_t size) noexcept {
 // The table handle. `size` is a prime fixed at opening; `slots` holds `size` entries. `children`
 // counts the open tables whose parent this one is. `probe_pos` and `probe_start` are the
 // working state of the last hash_get (-1 after opening and after hash_reset), and `probe_hash`
-// the hash of the name it looks for in this table.
+// the hash of the name it looks for in this table. `index` knows which slots hold which name.
 struct hash_table {
     intptr_t id;
     int32_t size;
@@ -69,4 +71,5 @@ struct hash_table {
     int32_t probe_pos;
     int32_t probe_start;
     int32_t probe_hash;
+    tiv::containers::hash::NameIndex *index;
 };

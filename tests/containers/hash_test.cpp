@@ -104,6 +104,52 @@ TEST(HashChain, PrimarySlotAnywhereBeatsProbingAndFewerStepsWin) {
     EXPECT_EQ(lookup(child, "n:1"), (Found{4, 20, 1}));
 }
 
+// Lookups against a sweep done by hand over the slots: random puts and removals on a chain of
+// two small tables whose function gives few values, so names collide, holes open and the
+// same name stands in both tables and twice in one table.
+TEST(HashChain, LookupsAgreeWithTheSweepOverTheSlots) {
+    auto few = [](const char *key) -> int32_t { return static_cast<int32_t>(std::strlen(key) % 4); };
+    hash_table *outer = hash_open(1, 11, few, nullptr);
+    hash_table *inner = hash_open(2, 7, few, outer);
+    hash_table *chain[] = {inner, outer};
+    std::srand(7);
+    const char *names[] = {"a", "bb", "ccc", "dddd", "e", "ff", "ggg", "x", "yy", "zzzz"};
+    for (int round = 0; round < 400; ++round) {
+        hash_table *t = chain[std::rand() % 2];
+        const char *name = names[std::rand() % 10];
+        if (std::rand() % 3 == 0) {
+            hash_remove_index(t, std::rand() % t->size);
+        } else {
+            hash_put(t, name, round);
+        }
+        for (const char *look : names) {
+            intptr_t want_value = -1, want_id = -1;
+            int32_t want_at = -1;
+            for (int32_t k = 1; want_at < 0 && k <= 11; ++k) {
+                for (hash_table *c : chain) {
+                    const int32_t p = static_cast<int32_t>(std::abs(few(look)) % (c->size - 1)) + 1;
+                    if (k > c->size) continue;  // p, 2p, ..., size * p = slot 0
+                    const int32_t slot = static_cast<int32_t>(static_cast<int64_t>(k) * p % c->size);
+                    char *held = nullptr;
+                    intptr_t value = 0;
+                    if (hash_get_index(c, slot, &held, &value) >= 0 && std::strcmp(held, look) == 0) {
+                        want_at = slot, want_value = value, want_id = c->id;
+                    }
+                    heap_free(held);
+                    if (want_at >= 0) break;
+                }
+            }
+            intptr_t value = -1, id = -1;
+            EXPECT_EQ(hash_get(inner, look, &value, &id), want_at) << look << " in round " << round;
+            if (want_at >= 0) {
+                EXPECT_EQ(std::make_pair(value, id), std::make_pair(want_value, want_id)) << look;
+            }
+        }
+    }
+    hash_close(inner);
+    hash_close(outer);
+}
+
 TEST(HashChain, ParentWithOpenChildIsNotClosed) {
     hash_table *parent = hash_open(1, 5, nullptr, nullptr);
     hash_table *child = hash_open(2, 5, nullptr, parent);
