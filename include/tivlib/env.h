@@ -67,6 +67,13 @@ TIV_API int32_t env_read(env_read_fn get, intptr_t user, env_handle *env) TIV_NO
 TIV_API void env_write(env_write_fn put, intptr_t user, env_handle *env) TIV_NOEXCEPT;
 TIV_API int32_t env_read_file(const char *filename, env_handle *env) TIV_NOEXCEPT;
 TIV_API void env_write_file(const char *filename, env_handle *env) TIV_NOEXCEPT;
+/* The outcome of the last env_write_file of the process: 0 when the file was written whole;
+ * -10 when it could not be opened ("cann't open to write:" in the log), could not be written
+ * or put in place ("cann't write:"; the file then keeps its old content), or the handle was
+ * refused (the file is then empty, as the write opens it first). 0 before any write. The
+ * file is replaced through a private temporary file beside it, flushed and renamed over it
+ * (links followed, mode kept); a file with several hard links is written in place. */
+TIV_API int32_t env_last_write_result(void) TIV_NOEXCEPT;
 
 /* Element operations. */
 TIV_API int32_t env_insert_before(env_handle *env, const char *section, const char *path,

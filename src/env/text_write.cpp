@@ -16,11 +16,17 @@
 
 #include "env/file_buffer.h"
 #include "env/locate.h"
+#include "platform/replace.h"
 #include "env/report.h"
 #include "env/tree.h"
 #include "platform/files.h"
 
 using namespace tiv::env;
+
+namespace {
+// The outcome of the last env_write_file: 0, or -10 (see env_last_write_result).
+int32_t g_last_write = ENV_OK;
+}  // namespace
 
 namespace {
 
@@ -281,9 +287,13 @@ void env_write(env_write_fn put, intptr_t user, env_handle* env) noexcept {
   write_from(sink, env);
 }
 
-// The file is opened (and so emptied) before the handle is examined, as env_read_file does.
+// The file is opened (and so emptied, once the new content is in place) before the handle is
+// examined, as env_read_file does. The new content replaces the file whole or not at all (see
+// platform/replace.h); env_last_write_result tells how it went.
 void env_write_file(const char* filename, env_handle* env) noexcept {
-  std::FILE* stream = tiv::platform::open_file(filename, "wt");
+  g_last_write = ENV_ERROR;
+  tiv::platform::Replacement replacement;
+  std::FILE* stream = replacement.open(filename);
   if (stream == nullptr) {
     report("cann't open to write:", __LINE__, kEnvUti2, filename);
     return;
@@ -291,17 +301,24 @@ void env_write_file(const char* filename, env_handle* env) noexcept {
   std::size_t size = 0;
   char* buffer = file_buffer(size);
   if (buffer == nullptr) {
-    std::fclose(stream);
     report_no_memory(__LINE__);
     return;
   }
   char* stream_buffer = widen_stream_buffer(stream);
   FileSink sink{stream, buffer, size};
+  const bool usable = env != nullptr && env->store != nullptr && !env->is_subenv;
   write_from(sink, env);
   sink.flush();
   heap_free(buffer);
-  std::fclose(stream);
+  const bool written = replacement.commit();
   heap_free(stream_buffer);
+  if (!written) {
+    report("cann't write:", __LINE__, kEnvUti2, filename);
+    return;
+  }
+  g_last_write = usable ? ENV_OK : ENV_ERROR;
 }
+
+int32_t env_last_write_result(void) noexcept { return g_last_write; }
 
 }  // extern "C"

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include "scoped_env.h"
 #include "test_dir.h"
 #include "write_limit.h"
@@ -101,7 +103,34 @@ TEST_F(IoFailure, SettingsRewriteNeverLeavesATruncatedFile) {
 
 // env_write_file has no result: a full disk leaves a prefix of the text form, the tree stays
 // as it was, and reading the cut file back never fails worse than a code.
-TEST_F(IoFailure, EnvironmentWriteLeavesAPrefixAndAWholeTree) {
+// env_write_file replaces the file a link names (the link stays), keeps its mode, and writes
+// a file with several hard links in place so that every name sees the new content.
+TEST_F(IoFailure, EnvironmentWriteKeepsLinksAndModes) {
+  env_handle* env = env_open(0, nullptr);
+  ASSERT_NE(env, nullptr);
+  env_put(env, "s", "x", "1");
+  write_file("target.env", "old\n");
+  ::chmod("target.env", 0640);
+  std::filesystem::create_symlink("target.env", "link.env");
+  std::filesystem::create_hard_link("target.env", "hard.env");
+  env_write_file("link.env", env);
+  EXPECT_EQ(env_last_write_result(), ENV_OK);
+  EXPECT_TRUE(std::filesystem::is_symlink("link.env"));
+  EXPECT_EQ(read_file("target.env"), "[s]\n  x =1\n");
+  EXPECT_EQ(read_file("hard.env"), "[s]\n  x =1\n");
+  struct stat st {};
+  ASSERT_EQ(::stat("target.env", &st), 0);
+  EXPECT_EQ(st.st_mode & 07777, 0640u);
+  std::filesystem::remove("hard.env");
+  env_write_file("target.env", env);  // one link now: replaced through a temporary file
+  ASSERT_EQ(::stat("target.env", &st), 0);
+  EXPECT_EQ(st.st_mode & 07777, 0640u);
+  EXPECT_EQ(env_close(env, 0), ENV_OK);
+}
+
+// A full disk at any point of env_write_file leaves the old file whole, no temporary file, and
+// a result that says so.
+TEST_F(IoFailure, EnvironmentWriteReplacesTheFileWholeOrNotAtAll) {
   env_handle* env = env_open(0, nullptr);
   ASSERT_NE(env, nullptr);
   for (int i = 0; i < 1500; ++i) {
@@ -109,26 +138,33 @@ TEST_F(IoFailure, EnvironmentWriteLeavesAPrefixAndAWholeTree) {
     env_put(env, i % 2 ? "odd" : "even", key.c_str(), "a value long enough to fill lines");
   }
   env_write_file("full.env", env);
+  EXPECT_EQ(env_last_write_result(), ENV_OK);
   const std::string full = read_file("full.env");
   ASSERT_GT(full.size(), 2u * ENV_FILE_BUFFER);
 
+  const std::string old = "[old]\n  x =1\n";
   for (const std::size_t limit : cut_points(full.size(), 7919, ENV_FILE_BUFFER)) {
+    write_file("cut.env", old);
     const int code = run_with_file_limit(limit, [env] {
       env_write_file("cut.env", env);
-      return 0;
+      return env_last_write_result() == ENV_OK ? 0 : 1;
     });
     SCOPED_TRACE("limit " + std::to_string(limit));
-    EXPECT_EQ(code, 0);
-    const std::string cut = read_file("cut.env");
-    EXPECT_EQ(cut.size(), std::min(limit, full.size()));
-    EXPECT_TRUE(is_prefix(cut, full));
-    env_handle* back = env_open(0, nullptr);
-    const int32_t read = env_read_file("cut.env", back);  // a cut block is a format fault
-    EXPECT_TRUE(read == ENV_OK || read == ENV_BAD_FORMAT) << read;
-    EXPECT_EQ(env_close(back, 0), ENV_OK);
+    const std::string now = read_file("cut.env");
+    if (limit >= full.size()) {
+      EXPECT_EQ(code, 0);
+      EXPECT_EQ(now, full);
+    } else {
+      EXPECT_EQ(code, 1);
+      EXPECT_EQ(now, old);
+    }
+    for (const auto& e : std::filesystem::directory_iterator("."))
+      EXPECT_EQ(e.path().filename().string().find(".tiv-"), std::string::npos) << e.path();
   }
   env_write_file("again.env", env);
   EXPECT_EQ(read_file("again.env"), full);
+  env_write_file("missing-directory/x.env", env);
+  EXPECT_EQ(env_last_write_result(), ENV_ERROR);
   EXPECT_EQ(env_close(env, 0), ENV_OK);
 }
 
