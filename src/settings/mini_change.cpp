@@ -60,6 +60,7 @@ extern "C" int32_t mini_rename_entry(mini_file* handle, const char* section, con
   if (mini_section* s = find_loaded(handle, trimmed_copy(name, section, kNameMax))) {
     mini_entry* e = find_entry(s, entry);
     if (e == nullptr) return INI_NO_ENTRY;
+    if (s->index != nullptr) s->index->invalidate();
     if (!replace_text(e->name, fresh)) return INI_ERROR;
     return INI_OK;
   }
@@ -79,6 +80,7 @@ extern "C" int32_t mini_rename_section(mini_file* handle, const char* section,
   file_path(handle, path);
   char name[kNameMax + 1];
   if (mini_section* s = find_loaded(handle, trimmed_copy(name, section, kNameMax))) {
+    if (handle->index != nullptr) handle->index->invalidate();
     if (!replace_text(s->name, fresh)) return INI_ERROR;
     ini_rename_section(path, section, new_name);
     return INI_OK;

@@ -18,6 +18,7 @@ namespace {
 void free_handle(mini_file* handle) {
   while (handle->sections.first != nullptr)
     free_section(handle, static_cast<mini_section*>(handle->sections.first));
+  delete handle->index;
   heap_free(handle->directory);
   heap_free(handle->name);
   heap_free(handle);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <new>
 
 #include <tivlib/heap.h>
 #include <tivlib/str.h>
@@ -108,10 +109,28 @@ bool replace_text(char*& slot, const char* text) {
   return true;
 }
 
-mini_section* find_loaded(const mini_file* handle, const char* name) {
-  for (auto* s = static_cast<mini_section*>(handle->sections.first); s != nullptr; s = s->next)
-    if (str_eq(s->name, name)) return s;
+namespace {
+
+// The index of a list, made when first needed; none when memory is out (the list is then
+// searched from its start).
+template <class Node>
+FirstByName<Node>* index_of(FirstByName<Node>*& index) {
+  if (index == nullptr) index = new (std::nothrow) FirstByName<Node>();
+  return index;
+}
+
+template <class Node>
+Node* find_first(FirstByName<Node>*& index, const listdescriptor& list, const char* name) {
+  if (FirstByName<Node>* ix = index_of(index)) return ix->find(list, name);
+  for (auto* n = static_cast<Node*>(list.first); n != nullptr; n = n->next)
+    if (str_eq(n->name, name)) return n;
   return nullptr;
+}
+
+}  // namespace
+
+mini_section* find_loaded(const mini_file* handle, const char* name) {
+  return find_first(const_cast<mini_file*>(handle)->index, handle->sections, name);
 }
 
 bool file_exists(const mini_file* handle) {
@@ -163,14 +182,19 @@ mini_section* add_section(mini_file* handle, const char* name) {
     return nullptr;
   }
   s->name = copy;
-  if (name[0] == '\0')
+  if (name[0] == '\0') {
     list_insert_before(&handle->sections, nullptr, s);
-  else
+    if (handle->index != nullptr) handle->index->invalidate();
+  } else {
     list_insert_after(&handle->sections, nullptr, s);
+    if (handle->index != nullptr) handle->index->appended(s);
+  }
   return s;
 }
 
 void free_section(mini_file* handle, mini_section* section) {
+  if (handle->index != nullptr) handle->index->invalidate();
+  delete section->index;
   list_free_all(&section->entries, free_entry_memory);
   list_delete(&handle->sections, section);
   heap_free(section->name);
@@ -200,9 +224,7 @@ void load_all(mini_file* handle, fio_handle* in) {
 }
 
 mini_entry* find_entry(const mini_section* section, const char* name) {
-  for (auto* e = static_cast<mini_entry*>(section->entries.first); e != nullptr; e = e->next)
-    if (str_eq(e->name, name)) return e;
-  return nullptr;
+  return find_first(const_cast<mini_section*>(section)->index, section->entries, name);
 }
 
 mini_entry* add_entry(mini_section* section, const char* name, const char* value) {
@@ -219,10 +241,12 @@ mini_entry* add_entry(mini_section* section, const char* name, const char* value
   e->name = name_copy;
   e->value = value_copy;
   list_insert_after(&section->entries, nullptr, e);
+  if (section->index != nullptr) section->index->appended(e);
   return e;
 }
 
 void free_entry(mini_section* section, mini_entry* entry) {
+  if (section->index != nullptr) section->index->invalidate();
   list_delete(&section->entries, entry);
   free_entry_memory(entry);
 }

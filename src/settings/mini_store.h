@@ -13,6 +13,8 @@
 #include <tivlib/list.h>
 #include <tivlib/mini.h>
 
+#include "settings/name_index.h"
+
 // An entry: list links first, then its trimmed name and its value, both owned.
 struct mini_entry {
   mini_entry* prev;
@@ -22,13 +24,15 @@ struct mini_entry {
 };
 
 // A section: list links first, then its trimmed name (empty for the unnamed section, owned),
-// its entries in file order (new ones at the end) and its state bits.
+// its entries in file order (new ones at the end), its state bits and the index of its entry
+// names (made at the first lookup that needs it, owned).
 struct mini_section {
   mini_section* prev;
   mini_section* next;
   char* name;
   listdescriptor entries;
   int32_t state;
+  tiv::settings::FirstByName<mini_entry>* index;
 };
 
 // The handle: the file's directory and name (owned), the flags of mini_open, and the loaded
@@ -38,6 +42,7 @@ struct mini_file {
   char* name;
   int32_t flags;
   listdescriptor sections;
+  tiv::settings::FirstByName<mini_section>* index;  // of the section names, as for entries
 };
 
 namespace tiv::settings {

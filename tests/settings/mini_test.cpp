@@ -66,6 +66,37 @@ TEST_F(Mini, PlaceOfTheFile) {
   mini_close(&h);
 }
 
+// Lookups by name give the same answers in short and long sections: the first of a repeated
+// name, the next one after a rename or delete of the first, new entries and sections.
+TEST_F(Mini, LookupsAgreeInShortAndLongSections) {
+  for (int n : {4, 3000}) {
+    std::string text = "[s]\n";
+    for (int i = 0; i < n; ++i) text += "e" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+    text += "dup=first\ndup=second\n";
+    for (int i = 0; i < n; ++i) text += "[t" + std::to_string(i) + "]\nx=" + std::to_string(i) + "\n";
+    write_file("big.ini", text);
+    mini_file* h = mini_open(nullptr, "big.ini", MINI_LOAD_ALL);
+    ASSERT_NE(h, nullptr);
+    for (int i = 0; i < n; i += 1 + n / 50) {
+      EXPECT_EQ(get(h, "s", ("e" + std::to_string(i)).c_str()), std::to_string(i)) << n;
+      EXPECT_EQ(get(h, ("t" + std::to_string(i)).c_str(), "x"), std::to_string(i)) << n;
+    }
+    EXPECT_EQ(get(h, "s", "dup"), "first");
+    EXPECT_EQ(mini_rename_entry(h, "s", "dup", "renamed"), INI_OK);
+    EXPECT_EQ(get(h, "s", "dup"), "second");
+    EXPECT_EQ(get(h, "s", "renamed"), "first");
+    EXPECT_EQ(mini_delete_entry(h, "s", "dup"), INI_OK);
+    EXPECT_EQ(get(h, "s", "dup"), "<none>");
+    EXPECT_EQ(mini_write_string(h, "s", "new", "v"), INI_OK);
+    EXPECT_EQ(get(h, "s", "new"), "v");
+    EXPECT_EQ(mini_rename_section(h, "t0", "moved"), INI_OK);
+    EXPECT_EQ(get(h, "moved", "x"), "0");
+    EXPECT_EQ(mini_delete_section(h, "t1"), INI_OK);
+    EXPECT_EQ(get(h, "t1", "x"), "<none>");
+    mini_close(&h);
+  }
+}
+
 TEST_F(Mini, ReadsSetTheSizeAndKeepCountsOnFailure) {
   write_file("a.ini", " [s] \nten = 0123456789\nl=-7\nd=2.5\nls=1,2,3\n");
   mini_file* h = mini_open(nullptr, "a.ini", 0);
