@@ -6,6 +6,7 @@
 #include <new>
 #include <vector>
 
+#include "env/name_index.h"
 #include "env/report.h"
 
 namespace tiv::env {
@@ -28,10 +29,16 @@ Block* child_of(const Element* e) {
 
 // Exact step: the position-th child named name, counting the position down as the walk
 // passes elements of that name. A position below 1 takes the first child of any name.
-Element* exact_step(SplitPath& path, Element* from) {
+Element* exact_step(Store& store, SplitPath& path, Element* from) {
   Block* b = child_of(from);
   if (b == nullptr) return nullptr;
   if (path.position < 1) return b->first;
+  Element* found = nullptr;
+  int32_t count = 0;
+  if (indexed_child(store, b, path.name, path.position, &found, &count)) {
+    path.position = found != nullptr ? 0 : path.position - count;
+    return found;
+  }
   for (Element* e = b->first; e != nullptr; e = e->next) {
     if (same(e->name(), path.name) && --path.position == 0) return e;
   }
@@ -74,7 +81,7 @@ void walk(Op& op, const char* path, int32_t exact) {
     return;
   }
   while (op.path.name != nullptr) {
-    Element* found = exact ? exact_step(op.path, env->cursor) : search_step(op.path, env->cursor);
+    Element* found = exact ? exact_step(*env->store, op.path, env->cursor) : search_step(op.path, env->cursor);
     if (found == nullptr) {
       env->status = ENV_NOT_FOUND;
       return;

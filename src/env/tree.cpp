@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "env/name_index.h"
+
 namespace tiv::env {
 
 namespace {
@@ -136,6 +138,8 @@ Element* predecessor(const Block* b, const Element* e) noexcept {
   for (Element* x = b->first; x != nullptr && x != e; x = x->next) before = x;
   return before;
 }
+
+Store::~Store() { drop_name_indexes(*this); }
 
 uint64_t next_store_serial() noexcept {
   static uint64_t g_store_serials = 0;

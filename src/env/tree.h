@@ -63,11 +63,18 @@ uint64_t next_store_serial() noexcept;
 // What a root owns. `reshapes` counts every change to a sibling list other than an append
 // (an unlink, an insertion in front of an element, a list emptied): a walk that saw the same
 // count before and after a step knows that the elements it passed are still where they were.
+struct NameIndexes;  // see name_index.h
 struct Store {
+  Store() = default;
+  Store(const Store&) = delete;
+  Store& operator=(const Store&) = delete;
+  ~Store();
+
   Block top{};
   Pool pool;
   uint64_t reshapes = 0;
   uint64_t serial = next_store_serial();  // tells stores apart, even at one address
+  NameIndexes* name_indexes = nullptr;    // of the large blocks, made when needed
 };
 
 // The body of a sub-environment.

@@ -206,6 +206,37 @@ TEST_F(EnvElements, WalksOfSmallAndLargeSectionsAgree) {
   }
 }
 
+// Lookups by name and position give the same answers in small and large blocks (large ones
+// are indexed), also after an insertion in front, a delete, appends and puts that make fillers.
+TEST_F(EnvElements, LookupsAgreeInSmallAndLargeBlocks) {
+  for (int n : {10, 2000}) {
+    Root root;
+    for (int i = 0; i < n; ++i) {
+      env_put(root, "s", ("k" + std::to_string(i)).c_str(), std::to_string(i).c_str());
+      if (i % (n / 5) == 0) env_put(root, "s", ("r@" + std::to_string(i / (n / 5) + 1)).c_str(), std::to_string(i).c_str());
+    }
+    const auto text = [&](const char* path) {
+      const char* value = nullptr;
+      return env_get_reference(root, "s", path, 1, &value) >= 0 && value != nullptr ? std::string(value) : "<none>";
+    };
+    const std::string last = "k" + std::to_string(n - 1);
+    EXPECT_EQ(text(last.c_str()), std::to_string(n - 1)) << n;
+    EXPECT_EQ(text("r@3"), std::to_string(2 * (n / 5))) << n;
+    EXPECT_EQ(text("r@6"), "<none>") << n;
+    EXPECT_EQ(env_insert_before(root, "s", "r@1", "r"), ENV_OK);
+    EXPECT_EQ(text("r@1"), "<none>") << n;  // the new one, external
+    EXPECT_EQ(text("r@2"), "0") << n;
+    EXPECT_EQ(env_delete(root, "s", "r@2"), ENV_OK);
+    EXPECT_EQ(text("r@2"), std::to_string(n / 5)) << n;
+    EXPECT_EQ(env_put(root, "s", "appended", "a"), ENV_OK);
+    EXPECT_EQ(text("appended"), "a") << n;
+    EXPECT_EQ(env_put(root, "s", "r@8", "eight"), ENV_OK);  // fillers up to the eighth r
+    EXPECT_EQ(env_count_path(root, "s", "r", 1), 8) << n;
+    EXPECT_EQ(text("r@8"), "eight") << n;
+    EXPECT_EQ(env_count_elements(root, "s", nullptr, 1), n + 8 + 1) << n;
+  }
+}
+
 TEST_F(EnvElements, UnreachableNamesAreSkippedWithAnError) {
   Root odd;
   ASSERT_EQ(read_string(odd, "[s]\nmail@home =1\nok =2\n"), ENV_OK);
