@@ -29,10 +29,9 @@
  * caller's call. It keeps process-wide state: the failure log and the call trace (zv_), the
  * iteration of env_get_first/env_get_next and the path delimiter (env_), the calculator's and
  * the scanner's state (calc_, scan_), the timers (clock_) and the settings lookup (zv_getinipath).
- * So calls must come from one thread at a time: separate calculators in separate threads give
- * wrong values. Handles of the other families (hash_, list_, queue_, stack_, fio_, mini_) may
- * be used from different threads, each handle by one thread, as long as nothing reports to
- * the failure log at the same time.
+ * and the state of a settings rewrite (ini_, mini_). So calls must come from one thread at a
+ * time, whatever the handles: separate calculators in separate threads give wrong values. A
+ * host with several threads serialises its calls into the library.
  *
  * The failure log. Reports go to "zv.err" in the working directory: the first report of a
  * process empties it, later ones append. zv_set_log_file chooses another file or switches the
