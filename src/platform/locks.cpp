@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -25,9 +26,38 @@ void pause_for(int ms) {
   }
 }
 
+// Runs op(descriptor, length of the file) with the descriptor at the file's start, and puts
+// the descriptor back where it stood. Buffered writes are flushed first so that the length
+// counts them. `unusable` when the descriptor, its position or the length can't be had.
+template <class Op>
+LockResult from_file_start(std::FILE* stream, Op op) {
+  if (stream == nullptr) return LockResult::unusable;
+  std::fflush(stream);
+  const int fd = ::fileno(stream);
+  if (fd < 0) return LockResult::unusable;
+  const off_t position = ::lseek(fd, 0, SEEK_CUR);
+  struct stat st {};
+  if (position < 0 || ::fstat(fd, &st) != 0) return LockResult::unusable;
+  ::lseek(fd, 0, SEEK_SET);
+  const LockResult result = op(fd, static_cast<int64_t>(st.st_size));
+  ::lseek(fd, position, SEEK_SET);
+  return result;
+}
+
 }  // namespace
 
-LockResult lock_range(int fd, off_t start, off_t length, int tries, int pause_ms) noexcept {
+LockResult lock_whole_file(std::FILE* stream, int32_t tries, int32_t pause_ms) noexcept {
+  return from_file_start(stream, [&](int fd, int64_t length) {
+    return lock_range(fd, 0, length, tries, pause_ms);
+  });
+}
+
+LockResult unlock_whole_file(std::FILE* stream) noexcept {
+  return from_file_start(stream, [](int fd, int64_t) { return unlock_range(fd, 0, 0); });
+}
+
+LockResult lock_range(int32_t fd, int64_t start, int64_t length, int32_t tries,
+                      int32_t pause_ms) noexcept {
   const int flags = ::fcntl(fd, F_GETFL);
   if (flags < 0) return errno == EBADF ? LockResult::bad_descriptor : LockResult::failed;
   const short type = (flags & O_ACCMODE) == O_RDONLY ? F_RDLCK : F_WRLCK;
@@ -42,7 +72,7 @@ LockResult lock_range(int fd, off_t start, off_t length, int tries, int pause_ms
   }
 }
 
-LockResult unlock_range(int fd, off_t start, off_t length) noexcept {
+LockResult unlock_range(int32_t fd, int64_t start, int64_t length) noexcept {
   struct flock f = range(F_UNLCK, start, length);
   if (::fcntl(fd, F_OFD_SETLK, &f) == 0) return LockResult::done;
   return errno == EBADF ? LockResult::bad_descriptor : LockResult::failed;

@@ -7,18 +7,29 @@
 // any other an exclusive one.
 #pragma once
 
-#include <sys/types.h>
+#include <cstdint>
+#include <cstdio>
 
 namespace tiv::platform {
 
-enum class LockResult { done, bad_descriptor, refused, failed };
+// `unusable`: the stream's descriptor, position or length could not be had.
+enum class LockResult { done, bad_descriptor, refused, failed, unusable };
 
-// Locks `length` bytes from `start`, trying `tries` times with `pause_ms` between tries.
-// A lock still held by another when the tries are over is `failed` (the deadlock outcome);
-// `refused` is kept for a permission failure of the lock call itself.
-LockResult lock_range(int fd, off_t start, off_t length, int tries, int pause_ms) noexcept;
+// Locks `length` bytes from `start` of the file open as `descriptor` (length 0: to the end of
+// the file, whatever it grows to), trying `tries` times with `pause_ms` between tries. A lock
+// still held by another when the tries are over is `failed` (the deadlock outcome); `refused`
+// is kept for a permission failure of the lock call itself.
+LockResult lock_range(int32_t descriptor, int64_t start, int64_t length, int32_t tries,
+                      int32_t pause_ms) noexcept;
 
 // Releases `length` bytes from `start`, one try.
-LockResult unlock_range(int fd, off_t start, off_t length) noexcept;
+LockResult unlock_range(int32_t descriptor, int64_t start, int64_t length) noexcept;
+
+// Locks the whole file of `stream`, from its start to its present length (buffered writes are
+// flushed first, so the length counts them); the stream keeps its position.
+LockResult lock_whole_file(std::FILE* stream, int32_t tries, int32_t pause_ms) noexcept;
+
+// Releases the file of `stream` from its start to wherever it ends.
+LockResult unlock_whole_file(std::FILE* stream) noexcept;
 
 }  // namespace tiv::platform
